@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+/// Full client path of the host's executable, as the file functions take it.
+/// Empty when the system does not tell, or when it does not fit in 259 characters.
+std::string executablePath();
+
+/// Shows title and text (a message box; stderr where there is none) and ends the
+/// process with the exit code. No destructor and no exit handler runs.
+[[noreturn]] void endProcess(const std::string& title, const std::string& text, int exitCode);
+
+} // namespace platform
