@@ -1,0 +1,7 @@
+#include "updatekelvar/data/materialdata.h"
+
+#include "host/log.h"
+
+XBatchGetMaterialMetaData::~XBatchGetMaterialMetaData() {
+    XLOG(logProgress, "updatekelvar, XBatchGetMaterialMetaData::~XBatchGetMaterialMetaData");
+}

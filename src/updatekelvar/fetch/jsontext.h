@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include <json/forwards.h>
+
+/// Text of JSON values as the update platform writes and reads it.
+namespace jsontext {
+
+/// Strict JSON: no comments, an object or an array as root. False for any other text,
+/// with `root` undefined. Text nested deeper than 1000 levels throws
+/// Json::RuntimeError out of here.
+bool parse(const std::string& text, Json::Value& root);
+
+/// One line and a newline, keys sorted, everything beyond ASCII escaped.
+std::string write(const Json::Value& root);
+
+} // namespace jsontext

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+
+#include <json/forwards.h>
+
+namespace google::protobuf {
+class FieldDescriptor;
+class Message;
+class Reflection;
+} // namespace google::protobuf
+
+/// JSON of the update platform's messages, by reflection. Keys are the fields' names as
+/// declared. This is the platform's own format and not protobuf's mapping: what is left
+/// out and what is not read is part of it. Holds nothing; any thread.
+class XPbJson {
+public:
+    using Message = google::protobuf::Message;
+    using FieldDescriptor = google::protobuf::FieldDescriptor;
+    using Reflection = google::protobuf::Reflection;
+
+    /// `out` becomes the message's JSON and a newline. Enumerations of the outermost
+    /// level go by name under `enumAsName`, all others by number.
+    void toJsonString(const Message& message, std::string& out, bool enumAsName) const;
+
+    /// Reads what the message's fields find; values of another type are passed over.
+    /// False for a text that is no strict JSON, with the message left as it was. Text
+    /// nested deeper than 1000 levels throws Json::RuntimeError out of here.
+    bool fromJsonString(const std::string& json, Message* message, bool enumAsName) const;
+
+private:
+    void _messageToJson(const Message& message, Json::Value& json, bool enumAsName) const;
+    void _repeatedToJson(const Message& message, const FieldDescriptor* field,
+                         const Reflection* reflection, Json::Value& json, bool enumAsName) const;
+    void _mapFieldsToJson(const Message& message, Json::Value& root) const;
+
+    bool _jsonToMessage(const Json::Value& json, Message* message, bool enumAsName) const;
+    void _jsonToSingular(const Json::Value& value, Message* message, const FieldDescriptor* field,
+                         const Reflection* reflection) const;
+    void _jsonToRepeated(const Json::Value& array, Message* message, const FieldDescriptor* field,
+                         const Reflection* reflection, bool enumAsName) const;
+    void _mapFieldsFromJson(const Json::Value& value, Message* message) const;
+};
