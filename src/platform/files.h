@@ -31,7 +31,7 @@ bool removeFile(const std::string& path);
 /// Null on failure.
 std::FILE* openFile(const std::string& path, const char* mode);
 
-/// Size in bytes, or nothing when there is no such file.
+/// Size in bytes, or nothing when there is no such file or it is a folder.
 std::optional<std::uint64_t> fileSize(const std::string& path);
 
 struct FolderEntry {
@@ -50,10 +50,13 @@ inline constexpr std::uint32_t moveDelayUntilReboot = 4;
 /// Moves or renames `from` to `to` within a volume. With moveReplaceExisting a file at
 /// `to` is replaced. With moveDelayUntilReboot nothing is moved now: the system notes
 /// the request durably and carries it out at its next start; a null `to` then means
-/// delete. Fails with 32 when `from` or a replaced `to` is in use (not when delayed).
+/// delete. Without moveReplaceExisting an existing `to` is left alone and the call fails
+/// with 183. Fails with 32 when `from` or a replaced `to` is in use (not when delayed;
+/// Windows may answer 5 for `to`).
 bool moveFile(const std::string& from, const char* to, std::uint32_t flags);
 
-/// The path under which a library that opens files by itself finds `path`.
+/// The path under which a library that opens files by itself finds `path`; empty when it
+/// is too long.
 std::string systemPath(const std::string& path);
 
 } // namespace platform

@@ -1,0 +1,178 @@
+#include "platform/posix/peimage.h"
+
+#include <algorithm>
+
+namespace platform::posix {
+
+namespace {
+
+constexpr std::size_t dosHeaderSize = 64;
+constexpr std::size_t newHeaderField = 60;
+constexpr std::size_t coffHeaderSize = 24; ///< with the signature before it
+constexpr std::size_t sectionHeaderSize = 40;
+constexpr std::size_t directoryHeaderSize = 16;
+constexpr std::size_t directoryEntrySize = 8;
+constexpr std::size_t dataEntrySize = 16;
+constexpr std::uint16_t maxSections = 96;
+constexpr std::size_t maxDirectoryEntries = 4096;
+constexpr std::uint32_t resourceDirectory = 2;
+constexpr std::uint32_t versionType = 16;
+constexpr std::uint32_t versionName = 1;
+constexpr std::uint32_t subdirectoryBit = 0x80000000;
+/// The resource tells its own length in 16 bits.
+constexpr std::uint32_t maxResourceSize = 0xFFFF;
+
+struct Section {
+    std::uint32_t address = 0;
+    std::uint32_t size = 0;
+    std::uint32_t fileOffset = 0;
+};
+
+class PeImage {
+public:
+    explicit PeImage(std::FILE* openedFile) : file(openedFile) {}
+
+    std::optional<Bytes> versionResource();
+
+private:
+    std::optional<Bytes> read(std::uint64_t offset, std::size_t size) const;
+    bool readHeaders();
+    std::optional<std::uint32_t> resourceAddressOf(const Bytes& optionalHeader) const;
+    bool readSections(std::uint64_t offset, std::uint16_t count);
+
+    /// `size` bytes at an address of the loaded image.
+    std::optional<Bytes> readAt(std::uint32_t address, std::size_t size) const;
+
+    /// What the entry `id`, or the first one, of a directory points to.
+    std::optional<std::uint32_t> entryOf(std::uint32_t directory,
+                                         std::optional<std::uint32_t> id) const;
+
+    std::FILE* file;
+    std::uint32_t resources = 0;
+    std::vector<Section> sections;
+};
+
+std::optional<Bytes> PeImage::read(std::uint64_t offset, std::size_t size) const {
+    Bytes block(size);
+    if (::fseeko(file, static_cast<off_t>(offset), SEEK_SET) != 0 ||
+        std::fread(block.data(), 1, size, file) != size) {
+        return std::nullopt;
+    }
+    return block;
+}
+
+bool PeImage::readHeaders() {
+    const auto dosHeader = read(0, dosHeaderSize);
+    if (!dosHeader || wordAt(*dosHeader, 0) != 0x5A4D) {
+        return false;
+    }
+    const std::uint64_t start = *longAt(*dosHeader, newHeaderField);
+    const auto coffHeader = read(start, coffHeaderSize);
+    if (!coffHeader || longAt(*coffHeader, 0) != 0x00004550U) {
+        return false;
+    }
+    const std::uint16_t optionalSize = *wordAt(*coffHeader, 20);
+    const auto optionalHeader = read(start + coffHeaderSize, optionalSize);
+    const auto address = optionalHeader ? resourceAddressOf(*optionalHeader) : std::nullopt;
+    resources = address.value_or(0);
+    return resources != 0 &&
+           readSections(start + coffHeaderSize + optionalSize, *wordAt(*coffHeader, 6));
+}
+
+std::optional<std::uint32_t> PeImage::resourceAddressOf(const Bytes& optionalHeader) const {
+    const auto magic = wordAt(optionalHeader, 0);
+    if (magic != 0x10B && magic != 0x20B) {
+        return std::nullopt;
+    }
+    const std::size_t directories = magic == 0x10B ? 96 : 112;
+    if (longAt(optionalHeader, directories - 4).value_or(0) <= resourceDirectory) {
+        return std::nullopt;
+    }
+    return longAt(optionalHeader, directories + resourceDirectory * 8);
+}
+
+bool PeImage::readSections(std::uint64_t offset, std::uint16_t count) {
+    if (count > maxSections) {
+        return false;
+    }
+    const auto headers = read(offset, count * sectionHeaderSize);
+    for (std::size_t at = 0; headers && at < headers->size(); at += sectionHeaderSize) {
+        sections.push_back(
+            {*longAt(*headers, at + 12), *longAt(*headers, at + 16), *longAt(*headers, at + 20)});
+    }
+    return headers.has_value();
+}
+
+std::optional<Bytes> PeImage::readAt(std::uint32_t address, std::size_t size) const {
+    for (const Section& section : sections) {
+        if (address >= section.address && address - section.address < section.size) {
+            const std::uint32_t within = address - section.address;
+            return size <= section.size - within
+                       ? read(std::uint64_t{section.fileOffset} + within, size)
+                       : std::nullopt;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::uint32_t> PeImage::entryOf(std::uint32_t directory,
+                                              std::optional<std::uint32_t> id) const {
+    const auto header = readAt(resources + directory, directoryHeaderSize);
+    if (!header) {
+        return std::nullopt;
+    }
+    const std::size_t count = std::size_t{*wordAt(*header, 12)} + *wordAt(*header, 14);
+    const std::uint32_t first = resources + directory + std::uint32_t{directoryHeaderSize};
+    const auto entries = readAt(first, std::min(count, maxDirectoryEntries) * directoryEntrySize);
+    for (std::size_t at = 0; entries && at < entries->size(); at += directoryEntrySize) {
+        if (!id || longAt(*entries, at) == id) {
+            return longAt(*entries, at + 4);
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<Bytes> PeImage::versionResource() {
+    if (!readHeaders()) {
+        return std::nullopt;
+    }
+    const auto type = entryOf(0, versionType);
+    if (!type || !(*type & subdirectoryBit)) {
+        return std::nullopt;
+    }
+    const auto name = entryOf(*type & ~subdirectoryBit, versionName);
+    if (!name || !(*name & subdirectoryBit)) {
+        return std::nullopt;
+    }
+    const auto language = entryOf(*name & ~subdirectoryBit, std::nullopt);
+    if (!language || (*language & subdirectoryBit)) {
+        return std::nullopt;
+    }
+    const auto entry = readAt(resources + *language, dataEntrySize);
+    return entry ? readAt(*longAt(*entry, 0), std::min(*longAt(*entry, 4), maxResourceSize))
+                 : std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::uint16_t> wordAt(const Bytes& block, std::size_t at) {
+    if (block.size() < 2 || at > block.size() - 2) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint16_t>(block[at] | block[at + 1] << 8);
+}
+
+std::optional<std::uint32_t> longAt(const Bytes& block, std::size_t at) {
+    const auto low = wordAt(block, at);
+    const auto high = wordAt(block, at + 2);
+    if (!low || !high) {
+        return std::nullopt;
+    }
+    return *low | std::uint32_t{*high} << 16;
+}
+
+std::optional<Bytes> readVersionResource(std::FILE* image) {
+    return PeImage(image).versionResource();
+}
+
+} // namespace platform::posix

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace platform::posix {
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// Numbers in a byte block, little-endian; nothing past its end.
+std::optional<std::uint16_t> wordAt(const Bytes& block, std::size_t at);
+std::optional<std::uint32_t> longAt(const Bytes& block, std::size_t at);
+
+/// The version resource of a PE image (PE32 and PE32+), as it lies in the file: resource
+/// type 16, name 1, first language. Reads only what it needs, trusts no offset, and ends
+/// after three levels. Nothing when the file has none.
+/// Source: "PE Format", sections "Optional Header" and "The .rsrc Section".
+std::optional<Bytes> readVersionResource(std::FILE* image);
+
+} // namespace platform::posix

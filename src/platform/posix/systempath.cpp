@@ -1,0 +1,163 @@
+#include "platform/posix/systempath.h"
+
+#include "platform/files.h"
+#include "platform/paths.h"
+#include "platform/process.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <dirent.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform::posix {
+
+namespace {
+
+char lowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool isThere(const std::string& systemPath) {
+    struct stat status {};
+    return ::lstat(systemPath.c_str(), &status) == 0;
+}
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+/// The entry of `folder` that matches `name`, or nothing.
+std::optional<std::string> findIgnoringCase(const std::string& folder, const std::string& name) {
+    std::unique_ptr<DIR, CloseFolder> entries(::opendir(folder.empty() ? "." : folder.c_str()));
+    std::optional<std::string> found;
+    if (!entries) {
+        return found;
+    }
+    while (const dirent* entry = ::readdir(entries.get())) {
+        if (equalIgnoringCase(entry->d_name, name) && (!found || entry->d_name < *found)) {
+            found = entry->d_name;
+        }
+    }
+    return found;
+}
+
+std::string parentOf(const std::string& systemPath) {
+    const std::size_t end = systemPath.find_last_not_of('/');
+    if (end == std::string::npos) {
+        return "/";
+    }
+    const std::size_t separator = systemPath.rfind('/', end);
+    return separator == std::string::npos ? "." : systemPath.substr(0, separator + 1);
+}
+
+/// Windows tells a missing file from a missing folder on the way to it.
+Error missingError(const std::string& systemPath) {
+    return !systemPath.empty() && isThere(parentOf(systemPath)) ? errorFileNotFound
+                                                                : errorPathNotFound;
+}
+
+} // namespace
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return lowerCase(x) == lowerCase(y); });
+}
+
+std::string resolvePath(const std::string& path) {
+    // The client's system ends a path at its first zero byte.
+    std::string wanted = path.c_str();
+    std::replace(wanted.begin(), wanted.end(), '\\', '/');
+    if (isThere(wanted)) {
+        return wanted;
+    }
+    std::string resolved;
+    for (std::size_t at = 0; at < wanted.size();) {
+        if (wanted[at] == '/') {
+            resolved += wanted[at++];
+            continue;
+        }
+        const std::size_t end = std::min(wanted.find('/', at), wanted.size());
+        const std::string name = wanted.substr(at, end - at);
+        if (!isThere(resolved + name)) {
+            const std::optional<std::string> found = findIgnoringCase(resolved, name);
+            if (!found) {
+                return resolved + wanted.substr(at);
+            }
+            resolved += *found;
+        } else {
+            resolved += name;
+        }
+        at = end;
+    }
+    return resolved;
+}
+
+std::optional<std::string> mapPath(const std::string& path) {
+    if (path.size() >= maxPath) {
+        fail(errorFilenameTooLong);
+        return std::nullopt;
+    }
+    return resolvePath(path);
+}
+
+std::string absoluteClientPath(const std::string& path) {
+    std::string whole = path.c_str();
+    if (whole.empty() || (whole[0] != '\\' && whole[0] != '/')) {
+        std::unique_ptr<char, void (*)(void*)> current(::getcwd(nullptr, 0), std::free);
+        whole = std::string(current ? current.get() : "") + '\\' + whole;
+    }
+    std::replace(whole.begin(), whole.end(), '/', '\\');
+    whole.erase(std::unique(whole.begin(), whole.end(),
+                            [](char a, char b) { return a == '\\' && b == '\\'; }),
+                whole.end());
+    return whole;
+}
+
+std::string hostFolder() {
+    return removeFileSpec(executablePath());
+}
+
+Error errorOf(int number, const std::string& systemPath) {
+    switch (number) {
+    case ENOENT:
+        return missingError(systemPath);
+    case ENOTDIR:
+    case ELOOP:
+        return errorPathNotFound;
+    case EXDEV:
+        return errorNotSameDevice;
+    case EIO:
+        return errorWriteFault;
+    case EBUSY:
+    case ETXTBSY:
+    case EWOULDBLOCK:
+        return errorSharingViolation;
+    case EINVAL:
+        return errorInvalidParameter;
+    case ENOSPC:
+    case EDQUOT:
+        return errorDiskFull;
+    case ENOTEMPTY:
+        return errorDirNotEmpty;
+    case EEXIST:
+        return errorAlreadyExists;
+    case ENAMETOOLONG:
+        return errorFilenameTooLong;
+    default:
+        return errorAccessDenied;
+    }
+}
+
+bool failFromErrno(const std::string& systemPath) {
+    return fail(errorOf(errno, systemPath));
+}
+
+bool fail(Error error) {
+    setLastError(error);
+    return false;
+}
+
+} // namespace platform::posix

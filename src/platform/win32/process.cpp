@@ -1,0 +1,22 @@
+#include "platform/process.h"
+
+#include "platform/text.h"
+#include "platform/win32/windowsapi.h"
+
+#include <cstdlib>
+
+namespace platform {
+
+std::string executablePath() {
+    char path[MAX_PATH];
+    const DWORD length = ::GetModuleFileNameA(nullptr, path, MAX_PATH);
+    return length < MAX_PATH ? std::string(path, length) : std::string();
+}
+
+void endProcess(const std::string& title, const std::string& text, int exitCode) {
+    ::MessageBoxW(nullptr, toWide(text).c_str(), toWide(title).c_str(), MB_OK | MB_ICONERROR);
+    ::TerminateProcess(::GetCurrentProcess(), static_cast<UINT>(exitCode));
+    std::abort();
+}
+
+} // namespace platform

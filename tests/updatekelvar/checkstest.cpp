@@ -1,0 +1,71 @@
+#include <gtest/gtest.h>
+
+#include "support/fakehost.h"
+#include "updatekelvar/data/materialcheck.h"
+
+namespace {
+
+struct Row {
+    const char* expression;
+    const char* version; ///< of the client
+    bool passes;
+};
+
+const Row rows[] = {
+    {R"(%appver%>="1.0")", "0.9", false},
+    {R"(%appver%>="1.0")", "1.0", true},
+    {R"(%appver%>"1.0")", "1.0", false},
+    {R"(%appver%>"1.0")", "1.0.0", true}, // more parts are greater
+    {R"(%appver%<="1.0")", "1.0", true},
+    {R"(%appver%<="1.0")", "1.0.0", false},
+    {R"(%appver%<"2.0")", "1.9", true},
+    {R"(%appver%<"2.0")", "2.0", false},
+    {R"(%appver%=="1.0")", "1.0", true},
+    {R"(%appver%=="1.0")", "1.0.0", false},
+    {R"(%appver%>="1.0.0.1"&&%appver%<"2.0.0.0")", "1.5.0.0", true},
+    {R"(%appver%>="1.0.0.1"&&%appver%<"2.0.0.0")", "2.0.0.0", false},
+    {R"(%appver%>="1.0.0.1"&&%appver%<"2.0.0.0")", "1.0.0.0", false},
+    // the last clause of a side counts, and "==" is of the high side
+    {R"(%appver%=="1.0"&&%appver%<"2.0")", "1.5", true},
+    {R"(%appver%>="3.0"&&%appver%>"1.0")", "2.0", true},
+    // clauses that cannot be read are passed over
+    {R"(%appver% >= "9.0")", "1.0", true},
+    {R"(%appver%!="1.0")", "1.0", true},
+    {R"(%sysver%>="99.0")", "1.0", true},
+    {R"(%appver%>="9.0)", "1.0", true},
+    {R"(%appver%>=9.0)", "1.0", true},
+    {R"(">="%appver%"9.0")", "1.0", true},
+    {R"(%appver%>="9.0&&%appver%<"2.0")", "1.0", true},
+    {R"(%appver%>="9.0&&%appver%<"2.0")", "3.0", false},
+    {R"(&&%appver%<"2.0"&&)", "3.0", false},
+    // a version that is not there reads as one part of value 0
+    {R"(%appver%>="0")", "", true},
+    {R"(%appver%>="0.0")", "", false},
+    {R"(%appver%>="")", "", true},
+};
+
+TEST(MaterialCheck, BoundsOnTheClientsVersion) {
+    for (const Row& row : rows) {
+        SCOPED_TRACE(std::string(row.expression) + " on " + row.version);
+        FakeHost host;
+        XMaterialAppVerCheck check;
+        EXPECT_EQ(check.parse(row.expression), 0);
+        host.versions.entries["OrvSecurityver.dll"] = row.version; // asked for at each check
+        EXPECT_EQ(check.check(), row.passes);
+    }
+}
+
+TEST(MaterialCheck, BoundsOnTheSystemsVersion) {
+    FakeHost host;
+    XMaterialSysVerCheck check;
+    EXPECT_EQ(check.parse(""), -1);
+    EXPECT_TRUE(check.check());
+    EXPECT_EQ(check.parse(R"(%sysver%>="10.0.19045"&&%appver%<"1.0")"), 0);
+    EXPECT_TRUE(check.check()); // three parts, and the other variable is not its own
+    host.osVersion.build = 19044;
+    EXPECT_FALSE(check.check());
+    host.withoutId(L"module.base");
+    EXPECT_FALSE(check.check());
+}
+
+} // namespace
