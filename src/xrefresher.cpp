@@ -6,9 +6,13 @@
 #include "xrefresherimp.h"
 #include "xupdatekelvarservice.h"
 
-xtray::IXTrayPlugin* CreateUpdatePlugin() { return new (std::nothrow) XRefresherImp; }
+xtray::IXTrayPlugin* CreateUpdatePlugin() {
+    return new (std::nothrow) XRefresherImp;
+}
 
-XRefresher::IUpdateKelvar* GetUpdateKelvar() { return new (std::nothrow) XUpdateKelvarService; }
+XRefresher::IUpdateKelvar* GetUpdateKelvar() {
+    return new (std::nothrow) XUpdateKelvarService;
+}
 
 int StartKelvarService() {
     XKelvarServiceRunner::instance().start();

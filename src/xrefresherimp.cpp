@@ -10,4 +10,6 @@ bool XRefresherImp::start(void* /*context*/) {
     return true;
 }
 
-void XRefresherImp::tick() { manager.tickUpdate(); }
+void XRefresherImp::tick() {
+    manager.tickUpdate();
+}

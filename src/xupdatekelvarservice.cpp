@@ -48,4 +48,6 @@ int XUpdateKelvarService::setVersion(const char* version) {
     return 0;
 }
 
-void XUpdateKelvarService::release() { delete this; }
+void XUpdateKelvarService::release() {
+    delete this;
+}

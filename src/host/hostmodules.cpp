@@ -94,8 +94,8 @@ void runProcess(const wchar_t* file, const wchar_t* parameters) {
 }
 
 uc::IUserCenter* getUserCenter() {
-    const auto call = bind<uc::IUserCenter* (*)()>(L"xnuser.dll", "GetUserCenter",
-                                                   LoadRule::loadChecked);
+    const auto call =
+        bind<uc::IUserCenter* (*)()>(L"xnuser.dll", "GetUserCenter", LoadRule::loadChecked);
     return call ? call() : nullptr;
 }
 
@@ -105,8 +105,7 @@ int isMuteMode() {
 }
 
 IKeyValueStore* getKV() {
-    const auto call =
-        bind<IKeyValueStore* (*)()>(settingModule, "GetKV", LoadRule::loadChecked);
+    const auto call = bind<IKeyValueStore* (*)()>(settingModule, "GetKV", LoadRule::loadChecked);
     return call ? call() : nullptr;
 }
 
@@ -139,10 +138,9 @@ platform::ModuleHandle loadLibraryChecked(const wchar_t* name, const wchar_t* di
     int error = 0;
     platform::ModuleHandle handle = call(name, directory, true, &error);
     if (error == xnbase::signatureError) {
-        platform::endProcess("Error",
-                             "Signature verification failed!\n\nLibrary : " +
-                                 platform::toUtf8(name) + "\n\n",
-                             -1);
+        platform::endProcess(
+            "Error",
+            "Signature verification failed!\n\nLibrary : " + platform::toUtf8(name) + "\n\n", -1);
     }
     if (loaded) {
         *loaded = handle != nullptr;

@@ -10,7 +10,8 @@ inline constexpr int logFault = 4;
 
 namespace logdetail {
 
-template <class V> std::string pieceOf(const V& value) {
+template <class V>
+std::string pieceOf(const V& value) {
     if constexpr (std::same_as<V, bool>) {
         return value ? "1" : "0";
     } else if constexpr (std::integral<V>) {

@@ -18,7 +18,8 @@ private:
 };
 
 /// Holds a COM-like object and releases it at the end of the scope.
-template <class T> class ServicePtr {
+template <class T>
+class ServicePtr {
 public:
     /// The object of interface T::id behind a module id; null when there is none.
     explicit ServicePtr(const wchar_t* moduleId) {

@@ -42,8 +42,8 @@ protected:
 /// Which module stands behind a module id. From OrvBase.dll.
 class IXModuleRegistry : public orv::IUnknown {
 public:
-    static constexpr orv::GUID id{0x62C4D866, 0xAC50, 0x4A39,
-                                  {0xB2, 0xEC, 0xCA, 0x50, 0xE5, 0xAC, 0x94, 0xCD}};
+    static constexpr orv::GUID id{
+        0x62C4D866, 0xAC50, 0x4A39, {0xB2, 0xEC, 0xCA, 0x50, 0xE5, 0xAC, 0x94, 0xCD}};
 
     /// Slot 3. Null for an id that is not installed. Adds no reference.
     virtual platform::ModuleHandle resolve(const wchar_t* moduleId) = 0;
@@ -65,8 +65,8 @@ static_assert(sizeof(XOsVersionRecord) == 284);
 /// Facts about the machine; module id "module.base".
 class IXNBaseInfo : public orv::IUnknown {
 public:
-    static constexpr orv::GUID id{0xBE29AE26, 0xD1F3, 0x4E58,
-                                  {0x84, 0x3D, 0x5D, 0x0A, 0x48, 0x5D, 0xFE, 0x24}};
+    static constexpr orv::GUID id{
+        0xBE29AE26, 0xD1F3, 0x4E58, {0x84, 0x3D, 0x5D, 0x0A, 0x48, 0x5D, 0xFE, 0x24}};
     static constexpr std::uint32_t osVersionCode = 0x200100;
 
     virtual void reserved3() = 0;
@@ -81,8 +81,8 @@ protected:
 /// The guard's base service; module id "module.xnguardbase".
 class IXNGuardBase : public orv::IUnknown {
 public:
-    static constexpr orv::GUID id{0xED728A2F, 0x1C16, 0x41AE,
-                                  {0xAB, 0x6E, 0xEA, 0x53, 0x52, 0x95, 0xDC, 0xBD}};
+    static constexpr orv::GUID id{
+        0xED728A2F, 0x1C16, 0x41AE, {0xAB, 0x6E, 0xEA, 0x53, 0x52, 0x95, 0xDC, 0xBD}};
 
     virtual void reserved3() = 0;
     virtual void reserved4() = 0;
@@ -105,13 +105,13 @@ protected:
 /// results are libcurl's numbers. Handles belong to the caller until cleaned up.
 class IXCurlService : public orv::IUnknown {
 public:
-    static constexpr orv::GUID id{0x80FFA8B2, 0x9A3A, 0x4165,
-                                  {0x87, 0x92, 0x28, 0x1D, 0xEA, 0xDD, 0x43, 0xB9}};
+    static constexpr orv::GUID id{
+        0x80FFA8B2, 0x9A3A, 0x4165, {0x87, 0x92, 0x28, 0x1D, 0xEA, 0xDD, 0x43, 0xB9}};
 
-    virtual void* curl_easy_init() = 0;                                 ///< slot 3
-    virtual int curl_easy_setopt(void* handle, int option, ...) = 0;    ///< slot 4
-    virtual int curl_easy_perform(void* handle) = 0;                    ///< slot 5; blocks
-    virtual void curl_easy_cleanup(void* handle) = 0;                   ///< slot 6
+    virtual void* curl_easy_init() = 0;                              ///< slot 3
+    virtual int curl_easy_setopt(void* handle, int option, ...) = 0; ///< slot 4
+    virtual int curl_easy_perform(void* handle) = 0;                 ///< slot 5; blocks
+    virtual void curl_easy_cleanup(void* handle) = 0;                ///< slot 6
 
 protected:
     ~IXCurlService() = default;

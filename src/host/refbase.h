@@ -66,6 +66,7 @@ template <class T>
 class ScopedRef {
 public:
     explicit ScopedRef(T* held) : object(held) { object->addRef(); }
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): it does not follow an atomic count
     ~ScopedRef() { object->release(); }
     ScopedRef(const ScopedRef&) = delete;
     ScopedRef& operator=(const ScopedRef&) = delete;

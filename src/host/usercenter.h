@@ -9,11 +9,11 @@ class IUserState {
 public:
     virtual void reserved0() = 0;
     virtual void reserved1() = 0;
-    virtual bool isValid() = 0;          ///< slot 2
-    virtual const char* token() = 0;     ///< slot 3
-    virtual const char* identity() = 0;  ///< slot 4; "oid-id-…"
+    virtual bool isValid() = 0;         ///< slot 2
+    virtual const char* token() = 0;    ///< slot 3
+    virtual const char* identity() = 0; ///< slot 4; "oid-id-…"
     virtual void reserved5() = 0;
-    virtual const char* phone() = 0;     ///< slot 6
+    virtual const char* phone() = 0; ///< slot 6
 
 protected:
     ~IUserState() = default;
@@ -61,9 +61,9 @@ protected:
 
 class IUserCenter {
 public:
-    virtual IUserState* tokenState() = 0;        ///< slot 0; null when there is none
-    virtual IUserState* deviceState() = 0;       ///< slot 1; likewise
-    virtual IUserState* serviceState() = 0;      ///< slot 2; likewise
+    virtual IUserState* tokenState() = 0;   ///< slot 0; null when there is none
+    virtual IUserState* deviceState() = 0;  ///< slot 1; likewise
+    virtual IUserState* serviceState() = 0; ///< slot 2; likewise
     virtual void reserved3() = 0;
     virtual IUserStateSource* stateSource() = 0; ///< slot 4
 

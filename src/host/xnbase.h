@@ -20,16 +20,15 @@ using loadXNLibrary = platform::ModuleHandle (*)(const wchar_t* name, const wcha
                                                  bool flag, int* error);
 using getFileVer = IFileVersionStore* (*)();
 /// A statistic event: seven zero-terminated texts.
-using event = void (*)(const char*, const char*, const char*, const char*, const char*,
-                       const char*, const char*);
+using event = void (*)(const char*, const char*, const char*, const char*, const char*, const char*,
+                       const char*);
 using postTask = void (*)(int, XN::Task*);
 /// The client's home folder into a buffer of `size` wide characters; whether it did.
 using homeDirectory = bool (*)(unsigned char flag, wchar_t* buffer, int size);
 using envConfigInstance = IXEnvConfig* (*)();
 using newRequestHeader = IXHttpHeader* (*)();
 using newRequest = void* (*)(IXHttpHeader* header, const char* body, std::size_t length);
-using asyncHttp = void (*)(int method, const char* url, void* request,
-                           xnhttp::Callback* callback);
+using asyncHttp = void (*)(int method, const char* url, void* request, xnhttp::Callback* callback);
 /// Starts a program; nothing comes back.
 using runProcess = void (*)(const wchar_t* file, const wchar_t* parameters);
 

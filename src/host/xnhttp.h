@@ -33,9 +33,9 @@ protected:
 /// takes the object and releases it after the call.
 class Callback {
 public:
-    virtual long addRef() = 0;                          ///< slot 0; the new count
-    virtual long release() = 0;                         ///< slot 1; the new count
-    virtual void onResponse(Response* response) = 0;    ///< slot 2
+    virtual long addRef() = 0;                       ///< slot 0; the new count
+    virtual long release() = 0;                      ///< slot 1; the new count
+    virtual void onResponse(Response* response) = 0; ///< slot 2
 
 protected:
     ~Callback() = default;

@@ -23,4 +23,6 @@ int XUpdateKelvar::checkUpdate() {
     return 0;
 }
 
-void XUpdateKelvar::event2(void* /*argument*/) { checkUpdate(); }
+void XUpdateKelvar::event2(void* /*argument*/) {
+    checkUpdate();
+}

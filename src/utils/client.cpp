@@ -54,13 +54,17 @@ constexpr std::array<ClientWindow, 4> clientWindows{{
     {L"XNREPAIR.INSTANCE", "update plugin, can restart tray, repair is exist."},
 }};
 
-bool isValid(uc::IUserState* state) { return state && state->isValid(); }
+bool isValid(uc::IUserState* state) {
+    return state && state->isValid();
+}
 
 } // namespace
 
 namespace utils {
 
-std::string getAppDir() { return platform::removeFileSpec(platform::executablePath()); }
+std::string getAppDir() {
+    return platform::removeFileSpec(platform::executablePath());
+}
 
 std::string getChannelType() {
     if (LoadedModule(markerModule, markerFolder).get()) {
@@ -73,8 +77,8 @@ std::string getChannelType() {
         return {};
     }
     using GetChannelType = int (*)(char*, int*);
-    const auto call = reinterpret_cast<GetChannelType>(
-        platform::findExport(module.get(), "GetChannelType"));
+    const auto call =
+        reinterpret_cast<GetChannelType>(platform::findExport(module.get(), "GetChannelType"));
     if (!call) {
         XLOG(logFault, "get channeltype process failed. err:", platform::lastError());
         module.keep(); // on this path the module stays loaded
@@ -91,7 +95,9 @@ std::string getSecurityVersion() {
     return getFileVersion("OrvSecurityver.dll", &isFileVersion);
 }
 
-std::string getDataVersion() { return getDataFileVersion("update\\version.dat"); }
+std::string getDataVersion() {
+    return getDataFileVersion("update\\version.dat");
+}
 
 std::string getOSVersion(bool fourParts) {
     const ServicePtr<IXNBaseInfo> info(L"module.base");
@@ -105,8 +111,8 @@ std::string getOSVersion(bool fourParts) {
     }
     XOsVersionRecord record;
     std::memcpy(&record, answer, sizeof(record));
-    const std::string version = std::to_string(record.major) + "." +
-                                std::to_string(record.minor) + "." + std::to_string(record.build);
+    const std::string version = std::to_string(record.major) + "." + std::to_string(record.minor) +
+                                "." + std::to_string(record.build);
     return fourParts ? version + ".0" : version;
 }
 

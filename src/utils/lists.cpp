@@ -7,7 +7,8 @@
 
 namespace {
 
-template <class List> void saveList(const char* key, const List& files) {
+template <class List>
+void saveList(const char* key, const List& files) {
     if (!files.empty()) {
         writeSettingString(key, nlohmann::json(files).dump());
     }
@@ -47,7 +48,9 @@ void loadTempFileList(std::vector<std::string>& files) {
     }
 }
 
-void clearTempFileList() { writeSettingString(settingkeys::kelvarTempFileList, ""); }
+void clearTempFileList() {
+    writeSettingString(settingkeys::kelvarTempFileList, "");
+}
 
 void savePaddingFileList(const std::map<std::string, std::string>& files) {
     saveList(settingkeys::kelvarPaddingFileList, files);
@@ -67,6 +70,8 @@ void loadPaddingFileList(std::map<std::string, std::string>& files) {
     files = std::move(result);
 }
 
-void clearPaddingFileList() { writeSettingString(settingkeys::kelvarPaddingFileList, ""); }
+void clearPaddingFileList() {
+    writeSettingString(settingkeys::kelvarPaddingFileList, "");
+}
 
 } // namespace utils

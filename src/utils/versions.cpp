@@ -45,7 +45,9 @@ std::string getFileVersion(const char* path, bool* isFileVersion) {
     return getDataFileVersion(file);
 }
 
-bool hasFileVersion(const char* path) { return !readFileVersionText(path).empty(); }
+bool hasFileVersion(const char* path) {
+    return !readFileVersionText(path).empty();
+}
 
 int compareVersion(const std::string& a, const std::string& b) {
     std::vector<std::string> partsA;

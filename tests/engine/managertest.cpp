@@ -49,8 +49,8 @@ TEST_F(ManagerTest, DrivesEachListInItsOrder) {
     manager.startUpdate();
     manager.tickUpdate();
     manager.tickUpdate();
-    EXPECT_EQ(calls, (std::vector<std::string>{"a init", "b init", "c init", "b", "a", "c", "a",
-                                               "c"}));
+    EXPECT_EQ(calls,
+              (std::vector<std::string>{"a init", "b init", "c init", "b", "a", "c", "a", "c"}));
 }
 
 TEST_F(ManagerTest, MuteModeStopsEachDriveWithOneLine) {

@@ -31,7 +31,9 @@ private:
     Body body;
 };
 
-std::shared_ptr<Step> step(Step::Body body) { return std::make_shared<Step>(std::move(body)); }
+std::shared_ptr<Step> step(Step::Body body) {
+    return std::make_shared<Step>(std::move(body));
+}
 std::shared_ptr<Step> endsWith(bool succ) {
     return step([succ](Step&, const FinishCallback& finish) { finish(succ); });
 }

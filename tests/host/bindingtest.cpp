@@ -113,8 +113,7 @@ TEST(ObjectTest, CreateTellsWhatIsMissing) {
     void* object = nullptr;
     EXPECT_EQ(XNModuleRef(L"module.libcurl").create(IXCurlService::id, nullptr),
               orv::invalidArgument); // ahead of any look at the module
-    EXPECT_EQ(XNModuleRef(L"module.libcurl").create(IXCurlService::id, &object),
-              orv::noInterface);
+    EXPECT_EQ(XNModuleRef(L"module.libcurl").create(IXCurlService::id, &object), orv::noInterface);
     EXPECT_EQ(XNModuleRef(L"module.base").create(IXCurlService::id, &object), orv::noInterface);
     EXPECT_EQ(XNModuleRef(L"module.base").create(IXNBaseInfo::id, &object), orv::ok);
     EXPECT_NE(object, nullptr);
@@ -149,8 +148,8 @@ TEST(VersionServiceTest, ReadsTheVersionOrSaysThatNoneIsKnown) {
     EXPECT_EQ(service->setVersion("2026-01-02"), 0);
     EXPECT_EQ(version(), "2026-01-02");
     EXPECT_EQ(service->setVersion("2026-01-03"), 0);
-    EXPECT_EQ(host.versions.calls,
-              (std::vector<std::string>{std::string("create ") + path, std::string("update ") + path}));
+    EXPECT_EQ(host.versions.calls, (std::vector<std::string>{std::string("create ") + path,
+                                                             std::string("update ") + path}));
     host.versions.result = 5; // a failure counts even when it also told a length
     EXPECT_EQ(version(), "0000-00-00");
     EXPECT_EQ(service->setVersion("2026-01-04"), 0);

@@ -8,13 +8,20 @@
 namespace {
 
 struct Speaker {
-    template <class T> void generic(T /*value*/) { XLOG(logProgress, "generic"); }
+    template <class T>
+    void generic(T /*value*/) {
+        XLOG(logProgress, "generic");
+    }
     std::function<void()> step() const {
-        return [] { XLOG(logProgress, "in a lambda"); };
+        return [] {
+            XLOG(logProgress, "in a lambda");
+        };
     }
     static std::shared_ptr<std::string> nested(const std::function<void(bool)>& /*unused*/) {
         const auto outer = [](int) {
-            const auto inner = [](const std::string&) { XLOG(logFault, "nested"); };
+            const auto inner = [](const std::string&) {
+                XLOG(logFault, "nested");
+            };
             inner("");
         };
         outer(1);

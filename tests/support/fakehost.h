@@ -64,7 +64,9 @@ public:
     /// The application folder, as the system and as the client spell it.
     const std::filesystem::path folder;
     std::string clientFolder() const;
-    std::string clientPath(const std::string& relative) const { return clientFolder() + "\\" + relative; }
+    std::string clientPath(const std::string& relative) const {
+        return clientFolder() + "\\" + relative;
+    }
     std::filesystem::path diskPath(const std::string& relative) const;
     void has(const std::string& relative, const std::string& bytes) const;
     void has(const std::string& relative, const materials::Bytes& bytes) const {

@@ -11,7 +11,9 @@
 
 namespace {
 
-FakeHost& host() { return FakeHost::current(); }
+FakeHost& host() {
+    return FakeHost::current();
+}
 
 void logToHost(int level, const char* file, int line, const char* function, const char* text,
                std::size_t length) {
@@ -92,7 +94,9 @@ IXEnvConfig* environment() {
     return &one;
 }
 
-IXHttpHeader* newHeader() { return new Header; }
+IXHttpHeader* newHeader() {
+    return new Header;
+}
 
 void* newRequest(IXHttpHeader* header, const char* body, std::size_t length) {
     const std::unique_ptr<Header> fields(static_cast<Header*>(header));
@@ -121,7 +125,8 @@ void asyncHttp(int method, const char* url, void* handle, xnhttp::Callback* call
 // --- objects ---
 
 /// An object that lives as long as the process and counts nothing.
-template <class Interface> class Static : public Interface {
+template <class Interface>
+class Static : public Interface {
 public:
     long QueryInterface(const orv::GUID& /*id*/, void** /*object*/) override {
         return orv::noInterface;
@@ -208,7 +213,8 @@ public:
     }
 };
 
-template <class Object> long createOne(const orv::GUID& id, void** object) {
+template <class Object>
+long createOne(const orv::GUID& id, void** object) {
     static Object one;
     if (id == Object::id) {
         *object = &one;
@@ -225,7 +231,8 @@ int channelType(char* buffer, int* length) {
     return 0;
 }
 
-template <class Function> void* address(Function* function) {
+template <class Function>
+void* address(Function* function) {
     return reinterpret_cast<void*>(function);
 }
 
@@ -252,15 +259,16 @@ namespace fakemodules {
 void install() {
     using fake::Presence;
     fake::addModule(L"xnbase.dll", baseExports(), Presence::loaded);
-    fake::addModule(
-        L"XNSetting.dll",
-        {{"GetKV", address(+[]() -> IKeyValueStore* { return &host().settings; })},
-         {"GetNotificationCenter",
-          address(+[]() -> NC::INotificationCenter* { return &host().notifications; })}},
-        Presence::loadable);
-    fake::addModule(L"xnuser.dll",
-                    {{"GetUserCenter", address(+[]() -> uc::IUserCenter* { return &host().user; })}},
+    fake::addModule(L"XNSetting.dll",
+                    {{"GetKV", address(+[]() -> IKeyValueStore* { return &host().settings; })},
+                     {"GetNotificationCenter", address(+[]() -> NC::INotificationCenter* {
+                          return &host().notifications;
+                      })}},
                     Presence::loadable);
+    fake::addModule(
+        L"xnuser.dll",
+        {{"GetUserCenter", address(+[]() -> uc::IUserCenter* { return &host().user; })}},
+        Presence::loadable);
     fake::addModule(L"xnquiet.dll", {{"IsMuteMode", address(+[] { return host().muteMode; })}},
                     Presence::loadable);
     fake::addModule(L"OrvBase.dll", {{"CreateOrvObject", address(createOne<Registry>)}},

@@ -155,7 +155,9 @@ ModuleHandle findModule(const wchar_t* name) {
     return found != state().modules.end() && found->second.loaded ? &found->second : nullptr;
 }
 
-ModuleHandle loadModule(const wchar_t* name) { return fake::load(name); }
+ModuleHandle loadModule(const wchar_t* name) {
+    return fake::load(name);
+}
 
 void freeModule(ModuleHandle module) {
     if (module) {

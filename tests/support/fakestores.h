@@ -22,7 +22,9 @@ public:
     bool setString(const char* key, const char* value) override;
     bool setUInt64(const char* key, std::uint64_t value) override;
 
-    void put(const std::string& key, const std::string& value) { setString(key.c_str(), value.c_str()); }
+    void put(const std::string& key, const std::string& value) {
+        setString(key.c_str(), value.c_str());
+    }
     void put(const std::string& key, std::uint64_t value) { setUInt64(key.c_str(), value); }
     bool hasText(const std::string& key);
     std::string text(const std::string& key);
@@ -74,7 +76,9 @@ public:
     uc::IUserState* serviceState() override { return servicePart.present ? &servicePart : nullptr; }
     void reserved3() override {}
     uc::IUserStateSource* stateSource() override { return this; }
-    void registerObserver(uc::IUserStateObserver* observer) override { observers.push_back(observer); }
+    void registerObserver(uc::IUserStateObserver* observer) override {
+        observers.push_back(observer);
+    }
 
     FakeUserState tokenPart;
     FakeUserState devicePart;

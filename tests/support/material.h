@@ -8,7 +8,9 @@
 /// Rows of a material list with their files, as the platform would offer them.
 namespace material {
 
-inline materials::Bytes bytes(const std::string& text) { return {text.begin(), text.end()}; }
+inline materials::Bytes bytes(const std::string& text) {
+    return {text.begin(), text.end()};
+}
 
 /// An image of that version; the seed tells images of one version apart.
 inline materials::Bytes pe(const platform::FileVersion& version, std::uint64_t seed = 0) {

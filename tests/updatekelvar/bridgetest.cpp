@@ -220,11 +220,13 @@ TEST(BridgeReads, OnlyStrictJson) {
 
 /// A difference within a difference, and so on, closed properly.
 std::string nested(int levels) {
-    std::string text = "{}";
+    std::string text = R"({"full_packet_diff":)";
+    std::string closing = "{}";
     for (int i = 0; i < levels; ++i) {
-        text = R"({"rely_channels":[)" + text + "]}";
+        text += R"({"rely_channels":[)";
+        closing += "]}";
     }
-    return R"({"full_packet_diff":)" + text + "}";
+    return text + closing + "}";
 }
 
 TEST(BridgeReads, DeepNestingUpToTheParsersLimit) {

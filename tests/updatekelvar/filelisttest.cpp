@@ -23,14 +23,16 @@ protected:
 
 TEST_F(FileListTest, ChangesAnEntryInAnyCaseAndAddsANewOne) {
     has("\t\t<File Name=\"\" Version=\"0\" />\n"
-        "\t\t<File Name=\"Bin\\A.dll\" Version=\"1\" MD5=\"m\" IsPE=\"false\" Size=\"1\" Extra=\"kept\" />\n"
+        "\t\t<File Name=\"Bin\\A.dll\" Version=\"1\" MD5=\"m\" IsPE=\"false\" Size=\"1\" "
+        "Extra=\"kept\" />\n"
         "\t\t<File Name=\"bin\\a.dll\" Version=\"second\" />\n"
         "\t\t<File Name=\"short\" Version=\"1\" />\n");
     helper.updateFileListItems({{"bin\\a.dll", "2", "M2", true, 5000000000},
                                 {"short", "3", "m3", true, 3},
                                 {"new.dat", "4", "m4", false, 4},
                                 {"new.dat", "5", "m4", false, 4}});
-    EXPECT_TRUE(holds(R"(<File Name="Bin\A.dll" Version="2" MD5="M2" IsPE="true" Size="5000000000" Extra="kept" />)"));
+    EXPECT_TRUE(holds(
+        R"(<File Name="Bin\A.dll" Version="2" MD5="M2" IsPE="true" Size="5000000000" Extra="kept" />)"));
     EXPECT_TRUE(holds(R"(<File Name="bin\a.dll" Version="second" />)")) << "the first counts";
     EXPECT_TRUE(holds(R"(<File Name="short" Version="3" />)")) << "no attribute is made";
     EXPECT_TRUE(holds(R"(<File Name="new.dat" Version="5" MD5="m4" IsPE="false" Size="4" />)"));
@@ -53,7 +55,8 @@ TEST_F(FileListTest, CheckDiffWritesOnlyADifference) {
     for (const auto& [what, entry] : rows) {
         has(entry);
         helper.checkDiffAndUpdate({item});
-        EXPECT_TRUE(holds(R"(<File Name="A.dll" Version="1.1" MD5="ABC" IsPE="true" Size="7" />)")) << what;
+        EXPECT_TRUE(holds(R"(<File Name="A.dll" Version="1.1" MD5="ABC" IsPE="true" Size="7" />)"))
+            << what;
     }
     has("");
     helper.checkDiffAndUpdate({item});

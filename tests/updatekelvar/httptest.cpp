@@ -137,11 +137,11 @@ private:
 
 TEST(RefBase, EndsWithItsLastReference) {
     std::string notes;
-    auto* counted = new Counted(notes);
-    EXPECT_EQ(counted->addRef(), 1);
-    EXPECT_EQ(counted->addRef(), 2);
-    EXPECT_EQ(counted->release(), 1);
-    EXPECT_EQ(counted->release(), 0);
+    {
+        const XN::ScopedRef first(new Counted(notes));
+        const XN::ScopedRef second(first.get());
+        EXPECT_EQ(notes, "++");
+    }
     EXPECT_EQ(notes, "++--~");
 }
 

@@ -77,8 +77,8 @@ TEST_F(MoveTest, PlacesNewNewerAndDataFiles) {
     EXPECT_TRUE(holdsPe("bin\\a.dll", 2));
     EXPECT_TRUE(holdsPe("new\\deep\\er\\b.dll", 1));
     EXPECT_EQ(host.bytesOf("data\\v.dat"), "new");
-    EXPECT_EQ(host.versions.calls, (std::vector<std::string>{"update data\\v.dat",
-                                                             "create update\\version.dat"}));
+    EXPECT_EQ(host.versions.calls,
+              (std::vector<std::string>{"update data\\v.dat", "create update\\version.dat"}));
     EXPECT_EQ(host.versions.entries["update\\version.dat"], "1.2.0.1600");
     // The old files lie in temp, named by the new ones' hash, to be deleted at the restart.
     EXPECT_TRUE(holdsPe("update\\temp\\" + list.materials[0].md5, 1));
@@ -231,11 +231,12 @@ TEST_F(MoveTest, GroupsGoInTheOrderOfTheirKeysAfterFreeRows) {
 
 TEST_F(MoveTest, CabinetsAreExpandedAndTheMemberNamedLikeTheTargetIsPlaced) {
     std::filesystem::create_directories(host.diskPath("update\\sub"));
-    const Bytes cabinet = materials::buildCabinet(
-        materials::CabMethod::lzx, {{"other.txt", material::bytes("beside")},
-                                    {"c.dll", peOf(4)},
-                                    {"sub\\deep.txt", material::bytes("deep")}});
-    const XMaterialMetaData row = offer(material::packed("bin\\c.dll", "4", peOf(4), cabinet), cabinet);
+    const Bytes cabinet = materials::buildCabinet(materials::CabMethod::lzx,
+                                                  {{"other.txt", material::bytes("beside")},
+                                                   {"c.dll", peOf(4)},
+                                                   {"sub\\deep.txt", material::bytes("deep")}});
+    const XMaterialMetaData row =
+        offer(material::packed("bin\\c.dll", "4", peOf(4), cabinet), cabinet);
     EXPECT_TRUE(succeeds());
     EXPECT_TRUE(holdsPe("bin\\c.dll", 4));
     EXPECT_FALSE(host.exists("update\\" + row.md5));
@@ -244,18 +245,17 @@ TEST_F(MoveTest, CabinetsAreExpandedAndTheMemberNamedLikeTheTargetIsPlaced) {
 }
 
 TEST_F(MoveTest, ABadCabinetFailsItsRowAndStays) {
-    const Bytes good = materials::buildCabinet(materials::CabMethod::mszip,
-                                               {{"first.txt", material::bytes("1")},
-                                                {"c.dll", peOf(4)}});
+    const Bytes good = materials::buildCabinet(
+        materials::CabMethod::mszip, {{"first.txt", material::bytes("1")}, {"c.dll", peOf(4)}});
     struct Row {
         const char* what;
         Bytes cabinet;
         bool writes; ///< members before the bad place come out
     };
     const auto with = [](const std::string& name) {
-        return materials::buildCabinet(materials::CabMethod::stored,
-                                       {{"first.txt", material::bytes("1")},
-                                        {name, material::bytes("evil")}});
+        return materials::buildCabinet(
+            materials::CabMethod::stored,
+            {{"first.txt", material::bytes("1")}, {name, material::bytes("evil")}});
     };
     const Row rows[] = {
         {"no cabinet", material::bytes("hello"), false},
@@ -271,7 +271,8 @@ TEST_F(MoveTest, ABadCabinetFailsItsRowAndStays) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
         list.materials.clear();
-        const auto offered = offer(material::packed("c.dll", "4", peOf(4), row.cabinet), row.cabinet);
+        const auto offered =
+            offer(material::packed("c.dll", "4", peOf(4), row.cabinet), row.cabinet);
         EXPECT_TRUE(fails());
         EXPECT_TRUE(host.logged("task premove, error: " + offered.md5));
         EXPECT_TRUE(host.exists("update\\" + offered.md5));
@@ -284,8 +285,8 @@ TEST_F(MoveTest, ABadCabinetFailsItsRowAndStays) {
 }
 
 TEST_F(MoveTest, ACabinetMayNotOverwriteItself) {
-    const Bytes bomb = materials::buildCabinet(materials::CabMethod::stored,
-                                               {{"self", material::bytes("x")}});
+    const Bytes bomb =
+        materials::buildCabinet(materials::CabMethod::stored, {{"self", material::bytes("x")}});
     XMaterialMetaData row = material::packed("c.dll", "4", peOf(4), bomb);
     row.md5 = "SELF";
     offer(row, bomb);
@@ -295,9 +296,9 @@ TEST_F(MoveTest, ACabinetMayNotOverwriteItself) {
 
 TEST_F(MoveTest, HostileNamesAreRefusedBeforeAFileIsOpened) {
     const Bytes content = material::bytes("evil");
-    const char* paths[] = {"",      ".",       "a\\..",  "..\\evil",   "a\\..\\..\\evil", "\\evil",
-                           "/evil", "C:evil",  "C:\\evil", "\\\\srv\\s\\evil", "a:b", "... \\evil",
-                           "..",    "bin\\.."};
+    const char* paths[] = {"",       ".",          "a\\..",  "..\\evil", "a\\..\\..\\evil",
+                           "\\evil", "/evil",      "C:evil", "C:\\evil", "\\\\srv\\s\\evil",
+                           "a:b",    "... \\evil", "..",     "bin\\.."};
     for (const char* path : paths) {
         list.materials.clear();
         offerPlain(path, "1", content);
@@ -306,7 +307,8 @@ TEST_F(MoveTest, HostileNamesAreRefusedBeforeAFileIsOpened) {
     }
     EXPECT_FALSE(std::filesystem::exists(host.folder.parent_path() / "evil"));
     for (const char* name : {"", ".", "..", "a\\b", "a/b", "c:d", "..\\x", ". ."}) {
-        list.materials = {material::plain("a.txt", "1", content), material::plain("b.txt", "1", content)};
+        list.materials = {material::plain("a.txt", "1", content),
+                          material::plain("b.txt", "1", content)};
         list.materials[0].md5 = name;
         list.materials[1].fileMd5 = name;
         EXPECT_TRUE(fails()) << name;
@@ -343,7 +345,8 @@ TEST_F(MoveTest, ATargetThatCannotBeMadeLeavesTheOldFileInTemp) {
 TEST_F(MoveTest, RecordsVirusLibrarySpAndPrograms) {
     offerPe("lib.dll", 1).material.module.id = "/OrvVirusLib";
     material::wants(offerPe("sp.dll", 2), R"((%process%="ORVPROTECT.exe" %param%="p"))");
-    material::wants(offerPe("z.dll", 3), R"((%process%="Z.exe" %param%="1")&&(%process%="z.exe" %param%="1"))");
+    material::wants(offerPe("z.dll", 3),
+                    R"((%process%="Z.exe" %param%="1")&&(%process%="z.exe" %param%="1"))");
     list.virusLibVersion = "2026-11-21";
     list.hasSp = true;
     EXPECT_TRUE(succeeds());

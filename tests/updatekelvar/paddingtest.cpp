@@ -53,7 +53,8 @@ TEST_F(PaddingTest, AnOvertakenEntryLosesItsFileUnlessThatIsInUse) {
         const sandbox::HeldFile inUse(host.diskPath("update\\x"));
         run();
     }
-    EXPECT_TRUE(host.logged("move succ, delete: " + host.clientPath("update\\x") + " , lasterror: 32 "));
+    EXPECT_TRUE(
+        host.logged("move succ, delete: " + host.clientPath("update\\x") + " , lasterror: 32 "));
     EXPECT_EQ(stored(), R"({"a":"x"})");
     EXPECT_TRUE(host.exists("update\\x"));
 

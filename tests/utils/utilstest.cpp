@@ -13,11 +13,20 @@ TEST(VersionTest, ComparesPartByPartAndTheLongerWins) {
         int result;
     };
     const Row rows[] = {
-        {"1.2", "1.2.0", -1}, {"1.2.0", "1.2", 1},      {"1.10", "1.9", 1},
-        {"1.2.3", "1.2.3", 0}, {"1.01", "1.1", 0},       {"", "0", 0},
-        {"", "1", -1},         {"", "0.0", -1},          {"a.b", "0.0", 0},
-        {"2x", "2", 0},        {"-1", "0", -1},          {"1.", "1", 1},
-        {"99999999999", "2147483647", 0}, {"-99999999999", "-2147483648", 0},
+        {"1.2", "1.2.0", -1},
+        {"1.2.0", "1.2", 1},
+        {"1.10", "1.9", 1},
+        {"1.2.3", "1.2.3", 0},
+        {"1.01", "1.1", 0},
+        {"", "0", 0},
+        {"", "1", -1},
+        {"", "0.0", -1},
+        {"a.b", "0.0", 0},
+        {"2x", "2", 0},
+        {"-1", "0", -1},
+        {"1.", "1", 1},
+        {"99999999999", "2147483647", 0},
+        {"-99999999999", "-2147483648", 0},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(utils::compareVersion(row.a, row.b), row.result) << row.a << " to " << row.b;
@@ -32,10 +41,14 @@ TEST(TextTest, SplitsAtDelimiters) {
         std::vector<std::string> parts;
     };
     const Row rows[] = {
-        {"a.b.", ".", {"a", "b", ""}}, {"", ".", {""}},  {"abc", ".", {"abc"}},
+        {"a.b.", ".", {"a", "b", ""}},
+        {"", ".", {""}},
+        {"abc", ".", {"abc"}},
         {"..", ".", {"", "", ""}},
         // The first search takes any one character of the delimiter.
-        {"a-b", "->", {"a", ""}},      {"a->b->c", "->", {"a", "b", "c"}}, {"a-", "->", {"a", ""}},
+        {"a-b", "->", {"a", ""}},
+        {"a->b->c", "->", {"a", "b", "c"}},
+        {"a-", "->", {"a", ""}},
     };
     for (const Row& row : rows) {
         std::vector<std::string> parts{"old"};
@@ -73,10 +86,8 @@ TEST(FileVersionTest, TakesTheResourceElseTheStore) {
         bool isFileVersion;
     };
     const Row rows[] = {
-        {"bin/a.dll", "1.2.3.4", true},
-        {host.clientPath("bin\\a.dll"), "1.2.3.4", true},
-        {"data/a.dat", "5.6", false},
-        {host.clientPath("data\\a.dat"), "5.6", false},
+        {"bin/a.dll", "1.2.3.4", true}, {host.clientPath("bin\\a.dll"), "1.2.3.4", true},
+        {"data/a.dat", "5.6", false},   {host.clientPath("data\\a.dat"), "5.6", false},
         {"absent", "", false},
     };
     for (const Row& row : rows) {
@@ -137,7 +148,8 @@ TEST(ClientTest, TheTrayIsRestartedOnlyWithAllWindowsClosed) {
         host.openWindows = {instance};
         EXPECT_FALSE(utils::canRestartTray());
         ASSERT_EQ(host.log().size(), 1U);
-        EXPECT_EQ(host.log()[0].text, std::string("update plugin, can restart tray, ") + words + " ");
+        EXPECT_EQ(host.log()[0].text,
+                  std::string("update plugin, can restart tray, ") + words + " ");
     }
     FakeHost host;
     EXPECT_TRUE(utils::canRestartTray());

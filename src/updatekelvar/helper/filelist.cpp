@@ -134,8 +134,7 @@ void XNFileListHelper::_addItem(pugi::xml_document& doc, const XNFileItem& item)
 
 bool XNFileListHelper::_isSameItem(const XNFileItem& a, const XNFileItem& b) {
     return utils::toLower(a.md5) == utils::toLower(b.md5) &&
-           utils::compareVersion(a.version, b.version) == 0 && a.size == b.size &&
-           a.isPE == b.isPE;
+           utils::compareVersion(a.version, b.version) == 0 && a.size == b.size && a.isPE == b.isPE;
 }
 
 std::string XNFileListHelper::_getFileListPath() {

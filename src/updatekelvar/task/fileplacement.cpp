@@ -26,11 +26,17 @@ std::string lastElement(const std::string& path) {
 
 } // namespace
 
-std::string XTaskKelvarMove::_getAppDir() { return utils::getAppDir(); }
+std::string XTaskKelvarMove::_getAppDir() {
+    return utils::getAppDir();
+}
 
-std::string XTaskKelvarMove::_getUpdateDir() { return withFolder(_getAppDir(), "update"); }
+std::string XTaskKelvarMove::_getUpdateDir() {
+    return withFolder(_getAppDir(), "update");
+}
 
-std::string XTaskKelvarMove::_getTempDir() { return withFolder(_getUpdateDir(), "temp"); }
+std::string XTaskKelvarMove::_getTempDir() {
+    return withFolder(_getUpdateDir(), "temp");
+}
 
 bool XTaskKelvarMove::_moveOneFile(const std::string& appDir, const std::string& updateDir,
                                    const std::string& tempDir, const XMaterialMetaData& row,

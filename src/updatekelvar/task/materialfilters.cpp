@@ -3,6 +3,7 @@
 #include "host/log.h"
 #include "platform/files.h"
 #include "platform/paths.h"
+#include "updatekelvar/task/materialnames.h"
 #include "updatekelvar/task/xtaskkelvarfetch.h"
 #include "utils/utils.h"
 
@@ -41,6 +42,9 @@ bool fitsOSVersion(const XMaterialMetaData& row, const std::string& osVersion) {
 
 /// Whether the row brings a file that is not there, or a newer version of it.
 bool isNewerThanFile(const XMaterialMetaData& row, const std::string& appDir) {
+    if (!row.filePath.empty() && !materialnames::staysBelow(row.filePath)) {
+        return true; // nothing outside is looked at; the move refuses the row
+    }
     if (!platform::fileExists(appDir + "\\" + row.filePath)) {
         return true;
     }

@@ -47,8 +47,7 @@ void XTaskKelvarCondition::loadLastCheckTime() {
 void XTaskKelvarCondition::check(FinishCallback finish) {
     XLOG(logProgress, "update plugin, kelvar, task condition, check ... ");
     if (!_checkTimes()) {
-        XLOG(logProgress,
-             "update plugin, kelvar, task condition, check times fail, so ignore.");
+        XLOG(logProgress, "update plugin, kelvar, task condition, check times fail, so ignore.");
         finish(false);
         return;
     }
@@ -98,8 +97,7 @@ void XTaskKelvarCondition::_clearTempFiles() {
         return;
     }
     for (const platform::FolderEntry& entry : *entries) {
-        if (!entry.isFolder &&
-            std::find(names.begin(), names.end(), entry.name) != names.end()) {
+        if (!entry.isFolder && std::find(names.begin(), names.end(), entry.name) != names.end()) {
             platform::removeFile(dir + "\\" + entry.name);
         }
     }

@@ -35,8 +35,7 @@ void XTaskKelvarDownload::check(const XBatchGetMaterialMetaData* data, FinishCal
     XTaskBase::check(copy.get(), std::move(finish));
 }
 
-bool XTaskKelvarDownload::_downloadAllFile(
-    const std::shared_ptr<XBatchGetMaterialMetaData>& data) {
+bool XTaskKelvarDownload::_downloadAllFile(const std::shared_ptr<XBatchGetMaterialMetaData>& data) {
     if (!data) {
         return false;
     }

@@ -22,11 +22,11 @@ void XTaskKelvarFetch::check(FinishCallback finish) {
     XLOG(logProgress, "update plugin, kelvar, task fetch, check ...");
     XUpgradePacketParam param;
     _makeUpgradePacketParam(param);
-    _fetchUpgradePacket(param, _step1(std::move(finish), param));
+    _fetchUpgradePacket(param, _step1(finish, param));
 }
 
-XTaskKelvarFetch::Step<XUpgradePacketData> XTaskKelvarFetch::_step1(FinishCallback finish,
-                                                                    XUpgradePacketParam param) {
+XTaskKelvarFetch::Step<XUpgradePacketData>
+XTaskKelvarFetch::_step1(const FinishCallback& finish, const XUpgradePacketParam& param) {
     return [this, finish, param](const UpgradePacket& upgrade) {
         if (!upgrade) {
             XLOG(logProgress, "update plugin, kelvar, task fetch, upgradePacketData nil . ");
@@ -39,8 +39,8 @@ XTaskKelvarFetch::Step<XUpgradePacketData> XTaskKelvarFetch::_step1(FinishCallba
     };
 }
 
-XTaskKelvarFetch::Step<XFullPacketDiffData> XTaskKelvarFetch::_step2(FinishCallback finish,
-                                                                     UpgradePacket upgrade) {
+XTaskKelvarFetch::Step<XFullPacketDiffData> XTaskKelvarFetch::_step2(const FinishCallback& finish,
+                                                                     const UpgradePacket& upgrade) {
     return [this, finish, upgrade](const FullPacketDiff& diff) {
         if (!diff) {
             XLOG(logProgress, "update plugin, kelvar, task fetch, fullPacketDiffData nil . ");
@@ -51,8 +51,8 @@ XTaskKelvarFetch::Step<XFullPacketDiffData> XTaskKelvarFetch::_step2(FinishCallb
     };
 }
 
-XTaskKelvarFetch::Step<XPacketMetaData> XTaskKelvarFetch::_step3(FinishCallback finish,
-                                                                 FullPacketDiff diff) {
+XTaskKelvarFetch::Step<XPacketMetaData> XTaskKelvarFetch::_step3(const FinishCallback& finish,
+                                                                 const FullPacketDiff& diff) {
     return [this, finish, diff](const PacketMeta& meta) {
         if (!meta) {
             XLOG(logProgress, "update plugin, kelvar, task fetch, getPacketMeta nil . ");
@@ -63,8 +63,9 @@ XTaskKelvarFetch::Step<XPacketMetaData> XTaskKelvarFetch::_step3(FinishCallback 
     };
 }
 
-XTaskKelvarFetch::Step<XFileStorageAddr>
-XTaskKelvarFetch::_step4(FinishCallback finish, FullPacketDiff diff, PacketMeta meta) {
+XTaskKelvarFetch::Step<XFileStorageAddr> XTaskKelvarFetch::_step4(const FinishCallback& finish,
+                                                                  const FullPacketDiff& diff,
+                                                                  const PacketMeta& meta) {
     return [this, finish, diff, meta](const FileStorageAddr& address) {
         if (!address) {
             XLOG(logProgress, "update plugin, kelvar, task fetch, fileStorageAddr nil . ");
@@ -77,10 +78,9 @@ XTaskKelvarFetch::_step4(FinishCallback finish, FullPacketDiff diff, PacketMeta 
     };
 }
 
-XTaskKelvarFetch::Step<XBatchGetMaterialMetaData> XTaskKelvarFetch::_step5(FinishCallback finish,
-                                                                           FileStorageAddr address,
-                                                                           FullPacketDiff diff,
-                                                                           PacketMeta meta) {
+XTaskKelvarFetch::Step<XBatchGetMaterialMetaData>
+XTaskKelvarFetch::_step5(const FinishCallback& finish, const FileStorageAddr& address,
+                         const FullPacketDiff& diff, const PacketMeta& meta) {
     // Address and packet meta are not used any more; they live as long as the chain.
     return [this, finish, address, diff, meta](const MaterialMeta& materials) {
         if (!materials) {

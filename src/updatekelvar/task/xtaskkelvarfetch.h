@@ -34,12 +34,14 @@ private:
     // The steps in their order: each receives the answer to the request before it and
     // makes the next one; the last enters the next task. What a step holds is all the
     // state there is between two requests.
-    Step<XUpgradePacketData> _step1(FinishCallback finish, XUpgradePacketParam param);
-    Step<XFullPacketDiffData> _step2(FinishCallback finish, UpgradePacket upgrade);
-    Step<XPacketMetaData> _step3(FinishCallback finish, FullPacketDiff diff);
-    Step<XFileStorageAddr> _step4(FinishCallback finish, FullPacketDiff diff, PacketMeta meta);
-    Step<XBatchGetMaterialMetaData> _step5(FinishCallback finish, FileStorageAddr address,
-                                           FullPacketDiff diff, PacketMeta meta);
+    Step<XUpgradePacketData> _step1(const FinishCallback& finish, const XUpgradePacketParam& param);
+    Step<XFullPacketDiffData> _step2(const FinishCallback& finish, const UpgradePacket& upgrade);
+    Step<XPacketMetaData> _step3(const FinishCallback& finish, const FullPacketDiff& diff);
+    Step<XFileStorageAddr> _step4(const FinishCallback& finish, const FullPacketDiff& diff,
+                                  const PacketMeta& meta);
+    Step<XBatchGetMaterialMetaData> _step5(const FinishCallback& finish,
+                                           const FileStorageAddr& address,
+                                           const FullPacketDiff& diff, const PacketMeta& meta);
 
     void _fetchUpgradePacket(const XUpgradePacketParam& param, Step<XUpgradePacketData> step);
     void _fetchFullPacketDiff(const XFullPacketDiffParam& param, Step<XFullPacketDiffData> step);

@@ -16,7 +16,8 @@ std::string without(std::string text, const std::string& part) {
     return text;
 }
 
-template <class Row> void append(std::vector<Row>& to, const std::vector<Row>& from) {
+template <class Row>
+void append(std::vector<Row>& to, const std::vector<Row>& from) {
     to.insert(to.end(), from.begin(), from.end());
 }
 
@@ -71,7 +72,9 @@ void XTaskKelvarMove::check(const XBatchGetMaterialMetaData* data, FinishCallbac
     end(finish, true);
 }
 
-bool XTaskKelvarMove::_canMove() { return utils::canRestartTray(); }
+bool XTaskKelvarMove::_canMove() {
+    return utils::canRestartTray();
+}
 
 bool XTaskKelvarMove::_moveAllFile(const std::shared_ptr<XBatchGetMaterialMetaData>& data,
                                    bool* virusLibMoved, bool* allMoved, Rows& nonPeMoved,

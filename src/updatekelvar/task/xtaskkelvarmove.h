@@ -56,8 +56,8 @@ private:
     };
 
     static bool _canMove();
-    bool _moveAllFile(const std::shared_ptr<XBatchGetMaterialMetaData>& data,
-                      bool* virusLibMoved, bool* allMoved, Rows& nonPeMoved, Rows& peMoved);
+    bool _moveAllFile(const std::shared_ptr<XBatchGetMaterialMetaData>& data, bool* virusLibMoved,
+                      bool* allMoved, Rows& nonPeMoved, Rows& peMoved);
     void _moveFreeRow(Run& run, const XMaterialMetaData& row);
     void _moveGroup(Run& run, const Rows& rows);
     static bool _moveGroupRow(Run& run, Group& group, const XMaterialMetaData& row);
