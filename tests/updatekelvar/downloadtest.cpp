@@ -105,7 +105,7 @@ TEST_F(DownloadTest, AWrongBodyIsNotNoticedHere) {
 }
 
 TEST_F(DownloadTest, NamesThatAreNoPlainNamesFailBeforeAFileIsOpened) {
-    const char* names[] = {"", ".", "..", "..\\x", "a/b", "c:x", "\\x"};
+    const char* names[] = {"", ".", "..", "..\\x", "a/b", "c:x", "\\x", "\xff"};
     for (const char* name : names) {
         list.materials.clear();
         offer("content").md5 = name;

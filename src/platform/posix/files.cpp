@@ -40,7 +40,7 @@ std::FILE* openFile(const std::string& path, const char* mode) {
     if (!file) {
         failFromErrno(*mapped);
     } else if (::fstat(::fileno(file), &status) == 0 && S_ISDIR(status.st_mode)) {
-        std::fclose(file);
+        (void)std::fclose(file);
         file = nullptr;
         fail(errorAccessDenied);
     }

@@ -6,6 +6,8 @@ namespace platform::posix {
 
 namespace {
 
+constexpr std::uint16_t dosSignature = 0x5A4D;    ///< "MZ"
+constexpr std::uint32_t peSignature = 0x00004550; ///< "PE", two zeros
 constexpr std::size_t dosHeaderSize = 64;
 constexpr std::size_t newHeaderField = 60;
 constexpr std::size_t coffHeaderSize = 24; ///< with the signature before it
@@ -15,7 +17,10 @@ constexpr std::size_t directoryEntrySize = 8;
 constexpr std::size_t dataEntrySize = 16;
 constexpr std::uint16_t maxSections = 96;
 constexpr std::size_t maxDirectoryEntries = 4096;
-constexpr std::uint32_t resourceDirectory = 2;
+constexpr std::uint16_t pe32 = 0x10B;
+constexpr std::uint16_t pe32Plus = 0x20B;
+constexpr std::size_t resourceDirectory = 2;
+constexpr std::size_t directoryRowSize = 8;
 constexpr std::uint32_t versionType = 16;
 constexpr std::uint32_t versionName = 1;
 constexpr std::uint32_t subdirectoryBit = 0x80000000;
@@ -63,12 +68,12 @@ std::optional<Bytes> PeImage::read(std::uint64_t offset, std::size_t size) const
 
 bool PeImage::readHeaders() {
     const auto dosHeader = read(0, dosHeaderSize);
-    if (!dosHeader || wordAt(*dosHeader, 0) != 0x5A4D) {
+    if (!dosHeader || wordAt(*dosHeader, 0) != dosSignature) {
         return false;
     }
     const std::uint64_t start = *longAt(*dosHeader, newHeaderField);
     const auto coffHeader = read(start, coffHeaderSize);
-    if (!coffHeader || longAt(*coffHeader, 0) != 0x00004550U) {
+    if (!coffHeader || longAt(*coffHeader, 0) != peSignature) {
         return false;
     }
     const std::uint16_t optionalSize = *wordAt(*coffHeader, 20);
@@ -80,15 +85,15 @@ bool PeImage::readHeaders() {
 }
 
 std::optional<std::uint32_t> PeImage::resourceAddressOf(const Bytes& optionalHeader) const {
-    const auto magic = wordAt(optionalHeader, 0);
-    if (magic != 0x10B && magic != 0x20B) {
+    const std::uint16_t magic = wordAt(optionalHeader, 0).value_or(0);
+    if (magic != pe32 && magic != pe32Plus) {
         return std::nullopt;
     }
-    const std::size_t directories = magic == 0x10B ? 96 : 112;
+    const std::size_t directories = magic == pe32 ? 96 : 112;
     if (longAt(optionalHeader, directories - 4).value_or(0) <= resourceDirectory) {
         return std::nullopt;
     }
-    return longAt(optionalHeader, directories + resourceDirectory * 8);
+    return longAt(optionalHeader, directories + resourceDirectory * directoryRowSize);
 }
 
 bool PeImage::readSections(std::uint64_t offset, std::uint16_t count) {

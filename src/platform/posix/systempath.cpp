@@ -68,7 +68,7 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
 
 std::string resolvePath(const std::string& path) {
     // The client's system ends a path at its first zero byte.
-    std::string wanted = path.c_str();
+    std::string wanted = path.substr(0, path.find('\0'));
     std::replace(wanted.begin(), wanted.end(), '\\', '/');
     if (isThere(wanted)) {
         return wanted;
@@ -104,7 +104,7 @@ std::optional<std::string> mapPath(const std::string& path) {
 }
 
 std::string absoluteClientPath(const std::string& path) {
-    std::string whole = path.c_str();
+    std::string whole = path.substr(0, path.find('\0'));
     if (whole.empty() || (whole[0] != '\\' && whole[0] != '/')) {
         std::unique_ptr<char, void (*)(void*)> current(::getcwd(nullptr, 0), std::free);
         whole = std::string(current ? current.get() : "") + '\\' + whole;

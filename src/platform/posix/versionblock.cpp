@@ -44,7 +44,7 @@ std::optional<VersionBlock> parseBlock(const Bytes& resource, std::size_t at, st
 std::optional<VersionBlock> findChild(const Bytes& resource, const VersionBlock& parent,
                                       std::string_view key) {
     std::size_t at = parent.children;
-    while (const auto child = parseBlock(resource, at, parent.end)) {
+    while (auto child = parseBlock(resource, at, parent.end)) {
         if (equalIgnoringCase(child->key, key)) {
             return child;
         }

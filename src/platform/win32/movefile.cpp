@@ -9,16 +9,25 @@ namespace platform {
 static_assert(moveReplaceExisting == MOVEFILE_REPLACE_EXISTING);
 static_assert(moveDelayUntilReboot == MOVEFILE_DELAY_UNTIL_REBOOT);
 
+namespace {
+
+bool fits(const char* path) {
+    if (std::strlen(path) < maxPath) {
+        return true;
+    }
+    setLastError(errorFilenameTooLong);
+    return false;
+}
+
+} // namespace
+
 bool removeFile(const std::string& path) {
-    return ::DeleteFileA(path.c_str()) != FALSE;
+    return fits(path.c_str()) && ::DeleteFileA(path.c_str()) != FALSE;
 }
 
 bool moveFile(const std::string& from, const char* to, std::uint32_t flags) {
-    if (from.size() >= maxPath || (to && std::strlen(to) >= maxPath)) {
-        setLastError(errorFilenameTooLong);
-        return false;
-    }
-    return ::MoveFileExA(from.c_str(), to, flags) != FALSE;
+    return fits(from.c_str()) && (!to || fits(to)) &&
+           ::MoveFileExA(from.c_str(), to, flags) != FALSE;
 }
 
 } // namespace platform

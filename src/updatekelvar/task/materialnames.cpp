@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/text.h"
 #include "utils/utils.h"
 
 namespace {
@@ -17,13 +18,17 @@ bool hasForbiddenCharacter(const std::string& text) {
     return text.find(':') != std::string::npos || text.find('\0') != std::string::npos;
 }
 
+bool isUtf8(const std::string& text) {
+    return platform::toUtf8(platform::toWide(text)) == text;
+}
+
 } // namespace
 
 namespace materialnames {
 
 bool isPlainName(const std::string& name) {
     return !isDotsAndBlanks(name) && !hasForbiddenCharacter(name) &&
-           name.find_first_of("\\/") == std::string::npos;
+           name.find_first_of("\\/") == std::string::npos && isUtf8(name);
 }
 
 bool staysBelow(const std::string& path) {

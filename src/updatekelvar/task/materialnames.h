@@ -6,7 +6,7 @@
 namespace materialnames {
 
 /// Whether a text names a file in a folder: not empty, no separator, no colon, no zero
-/// byte, and not made of dots and blanks alone.
+/// byte, and not made of dots and blanks alone. UTF-8 too: such names are stored as JSON.
 bool isPlainName(const std::string& name);
 
 /// Whether a relative path leads strictly below the folder that it starts from, at no
