@@ -1,0 +1,236 @@
+// What holds on this system only: how client paths become paths of the system, and the
+// journal that stands in for the system's list of delayed moves.
+#include "platform/cabinet.h"
+#include "platform/fileversion.h"
+#include "platform/lasterror.h"
+#include "platform/modules.h"
+#include "platform/paths.h"
+#include "platform/posix/delayedmoves.h"
+#include "platform/posix/systempath.h"
+#include "platform/process.h"
+#include "platform/text.h"
+#include "sandbox/materials/cabwriter.h"
+#include "sandbox/materials/pefile.h"
+#include "sandbox/platform/heldfile.h"
+#include "temporaryfolder.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <thread>
+
+namespace {
+
+using namespace platform;
+using posix::DelayedMove;
+
+TEST(SystemPath, TakesTheExactNameFirst) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directories(folder.onDisk("Sub/inner"));
+    for (const char* name : {"b.txt", "B.TXT", "Sub/C.txt", "Sub/c.TXT"}) {
+        folder.write(name, std::string(name));
+    }
+    const std::pair<const char*, const char*> rows[] = {
+        {"b.txt", "b.txt"},
+        {"B.TXT", "B.TXT"},
+        {"B.txt", "B.TXT"},
+        {"sub\\c.txt", "Sub/C.txt"},
+        {"sub/INNER\\x", "Sub/inner/x"},
+        {"sub\\absent\\INNER", "Sub/absent/INNER"},
+        {"sub\\\\c.TXT", "Sub//c.TXT"},
+        {"absent", "absent"},
+    };
+    for (const auto& [path, mapped] : rows) {
+        EXPECT_EQ(systemPath(folder.path(path)), folder.onDisk("").string() + mapped) << path;
+    }
+    EXPECT_EQ(systemPath(std::string("a\0b", 3)), "a");
+    EXPECT_FALSE(fileExists(""));
+    EXPECT_FALSE(fileExists(folder.path("b.txt\\x")));
+    EXPECT_EQ(lastError(), errorPathNotFound);
+}
+
+TEST(MoveAcrossVolumes, Fails) {
+    const std::filesystem::path other = "/dev/shm";
+    const TemporaryFolder folder;
+    if (!std::filesystem::is_directory(other)) {
+        GTEST_SKIP() << "no second volume on this machine";
+    }
+    const std::string from = folder.write("file", "text");
+    const std::string to = "\\dev\\shm\\" + fileNameOf(folder.path());
+    EXPECT_FALSE(moveFile(from, to.c_str(), 0));
+    EXPECT_EQ(lastError(), errorNotSameDevice);
+    EXPECT_FALSE(moveFile(from, nullptr, 0));
+    EXPECT_EQ(lastError(), errorInvalidParameter);
+    EXPECT_EQ(folder.read("file"), "text");
+}
+
+class DelayedMoves : public testing::Test {
+protected:
+    /// A request about files of the folder; no `to` means delete.
+    void delayed(const std::string& from, std::optional<std::string> to, bool replace = true) {
+        const DelayedMove request{folder.path(from), to ? std::optional(folder.path(*to)) : to,
+                                  to && replace};
+        ASSERT_TRUE(posix::appendDelayedMove(folder.path(), request));
+        requests.push_back(request);
+    }
+    posix::ApplyResult restart() { return posix::applyDelayedMoves(folder.path()); }
+    std::vector<DelayedMove> noted() { return posix::readDelayedMoves(folder.path()); }
+
+    TemporaryFolder folder;
+    std::vector<DelayedMove> requests;
+};
+
+TEST_F(DelayedMoves, KeepAnyBytesOfAName) {
+    for (const char* name : {"plain", "tab\there", "line\nfeed", "100%", "%0a", "\x7F\xFF\x01"}) {
+        delayed(name, std::nullopt);
+        delayed(name, std::string(name) + "\r");
+        delayed(name, "x", false);
+    }
+    EXPECT_EQ(noted(), requests);
+}
+
+TEST_F(DelayedMoves, AreCarriedOutInOrder) {
+    folder.write("new", "new");
+    folder.write("old", "old");
+    folder.write("temp", "temp");
+    delayed("OLD", "older");
+    delayed("new", "old");
+    delayed("temp", std::nullopt);
+    delayed("absent", "older");
+    delayed("absent", std::nullopt);
+    const auto result = restart();
+    EXPECT_EQ(result.applied, 5U);
+    EXPECT_TRUE(result.failures.empty());
+    EXPECT_EQ(folder.read("old"), "new");
+    EXPECT_EQ(folder.read("older"), "old");
+    EXPECT_EQ(folder.entryCount(), 2U);
+    EXPECT_EQ(restart().applied, 0U);
+}
+
+TEST_F(DelayedMoves, AFailureIsToldAndGone) {
+    folder.write("new", "new");
+    folder.write("held", "held");
+    folder.write("last", "last");
+    delayed("new", "missing\\target");
+    delayed("new", "last", false);
+    delayed("new", "held");
+    delayed("last", std::nullopt);
+    const sandbox::HeldFile held(folder.onDisk("held"));
+    const auto result = restart();
+    ASSERT_EQ(result.failures.size(), 3U);
+    EXPECT_EQ(result.failures[0].error, errorPathNotFound);
+    EXPECT_EQ(result.failures[1].error, errorAlreadyExists);
+    EXPECT_EQ(result.failures[2].error, errorSharingViolation);
+    EXPECT_EQ(result.failures[2].request, requests[2]);
+    EXPECT_EQ(result.applied, 1U);
+    EXPECT_TRUE(noted().empty());
+    EXPECT_EQ(folder.entryCount(), 2U);
+}
+
+TEST_F(DelayedMoves, ACutLastLineIsNoRequest) {
+    delayed("a", "b");
+    delayed("c", std::nullopt);
+    const std::string journal = *folder.read(posix::delayedMovesJournal);
+    const std::size_t firstLine = journal.find('\n') + 1;
+    for (std::size_t size = 0; size < journal.size(); ++size) {
+        folder.write(posix::delayedMovesJournal, journal.substr(0, size));
+        EXPECT_EQ(noted().size(), size < firstLine ? 0U : 1U) << size;
+    }
+    delayed("d", std::nullopt);
+    EXPECT_EQ(noted(), (std::vector<DelayedMove>{requests[0], requests[2]}));
+}
+
+TEST_F(DelayedMoves, OtherLinesAreLeftOut) {
+    folder.write(posix::delayedMovesJournal,
+                 "\n\t\nmove\ndelete\t\nmove\t\\a\nmove\t\\a\t\nreplace\t%2\t\\b\n"
+                 "delete\t%zz\ndelete\t\\a\t\\b\nburn\t\\a\nmove\t\\a\t\\b\t\\c\ndelete\t\\a\n");
+    EXPECT_EQ(noted(), (std::vector<DelayedMove>{{"\\a", std::nullopt, false}}));
+}
+
+TEST_F(DelayedMoves, MayBeNotedByManyThreads) {
+    std::vector<std::thread> threads;
+    threads.reserve(4);
+    for (int index = 0; index < 4; ++index) {
+        threads.emplace_back([&, index] {
+            for (int count = 0; count < 10; ++count) {
+                posix::appendDelayedMove(folder.path(), {std::to_string(index), "x", true});
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(noted().size(), 40U);
+}
+
+TEST_F(DelayedMoves, LieBesideTheHost) {
+    const std::string host = removeFileSpec(executablePath());
+    posix::applyDelayedMoves(host);
+    const std::string from = folder.write("file", "text");
+    const sandbox::HeldFile held(folder.onDisk("file"));
+    EXPECT_FALSE(moveFile(folder.path("absent"), nullptr, moveDelayUntilReboot));
+    EXPECT_EQ(lastError(), errorFileNotFound);
+    EXPECT_TRUE(moveFile(folder.path("\\file"), folder.path("to").c_str(),
+                         moveDelayUntilReboot | moveReplaceExisting));
+    EXPECT_TRUE(moveFile(from, nullptr, moveDelayUntilReboot));
+    EXPECT_EQ(posix::readDelayedMoves(host),
+              (std::vector<DelayedMove>{{from, folder.path("to"), true}, {from, {}, false}}));
+    EXPECT_EQ(folder.read("file"), "text");
+    EXPECT_TRUE(removeFile(host + '\\' + posix::delayedMovesJournal));
+    EXPECT_FALSE(posix::appendDelayedMove(folder.path("absent"), {from, {}, false}));
+    EXPECT_EQ(lastError(), errorPathNotFound);
+}
+
+TEST(PosixCabinet, AMemberThatDoesNotFitIsRemoved) {
+    const TemporaryFolder folder;
+    const std::string cabinet =
+        folder.write("in.cab", materials::buildCabinet(materials::CabMethod::mszip,
+                                                       {{"a", materials::Bytes(100000, 'a')}}));
+    rlimit old{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    ASSERT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
+    const rlimit small{50000, old.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const bool expanded = iterateCabinet(cabinet, [&](auto, CabinetMember& member) {
+        member.fullTargetName = folder.path("a");
+        return cabinetDoIt;
+    });
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    EXPECT_FALSE(expanded);
+    EXPECT_EQ(folder.entryCount(), 1U);
+}
+
+TEST(PosixModules, MayStandBesideAnImage) {
+    const std::string host = removeFileSpec(executablePath());
+    const std::string image = host + "\\carried.dll";
+    const std::string library = image + ".so";
+    const auto bytes = materials::buildPeFile({{1, 2, 3, 4}});
+    std::ofstream(systemPath(image))
+        .write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+    EXPECT_EQ(loadModule(L"carried.dll"), nullptr);
+    EXPECT_EQ(lastError(), errorBadExeFormat);
+    std::filesystem::copy_file(systemPath(host + "\\PlatformTest.dll"), systemPath(library));
+    const ModuleHandle module = loadModule(L"carried.dll");
+    EXPECT_NE(module, nullptr);
+    EXPECT_EQ(findModule(L"CARRIED.dll"), module);
+    EXPECT_EQ(readFileVersion(image), (FileVersion{1, 2, 3, 4}));
+    freeModule(module);
+    EXPECT_TRUE(removeFile(image) && removeFile(library));
+}
+
+TEST(PosixProcess, EndsWithItsMessage) {
+    EXPECT_EXIT(endProcess("Error", "wrong.\n", -1), testing::ExitedWithCode(255),
+                "Error: wrong\\.");
+}
+
+TEST(PosixText, ABrokenSequenceCountsOnce) {
+    const std::wstring bad = L"\xFFFD";
+    EXPECT_EQ(toWide("\xF0\x9F\x98z"), bad + L"z");
+    EXPECT_EQ(toWide("\xED\xA0\x80"), bad + bad + bad);
+    EXPECT_EQ(toWide("\xF4\x90\x80\x80"), bad + bad + bad + bad);
+    EXPECT_EQ(toUtf8(std::wstring(1, wchar_t(0x110000))), "\xEF\xBF\xBD");
+}
+
+} // namespace
