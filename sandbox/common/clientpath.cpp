@@ -1,0 +1,29 @@
+#include "sandbox/common/clientpath.h"
+
+#include <algorithm>
+
+namespace sandbox {
+
+std::string toClientPath(const std::filesystem::path& native) {
+    std::string path = native.string();
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+std::string comparablePath(const std::string& clientPath) {
+    std::string key = clientPath;
+    for (char& c : key) {
+        if (c == '/') {
+            c = '\\';
+        } else if (c >= 'A' && c <= 'Z') {
+            c = static_cast<char>(c - 'A' + 'a');
+        }
+    }
+    return key;
+}
+
+bool sameName(const std::string& a, const std::string& b) {
+    return comparablePath(a) == comparablePath(b);
+}
+
+} // namespace sandbox

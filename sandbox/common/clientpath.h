@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace sandbox {
+
+/// A native path as the client spells it, with "\" between its elements.
+std::string toClientPath(const std::filesystem::path& native);
+
+/// The key under which a client path is compared: lower case (ASCII), "\" only.
+std::string comparablePath(const std::string& clientPath);
+
+/// Whether two names are the same without regard to (ASCII) case.
+bool sameName(const std::string& a, const std::string& b);
+
+} // namespace sandbox

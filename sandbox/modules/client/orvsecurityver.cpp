@@ -1,0 +1,20 @@
+#include <cstring>
+#include <string>
+
+#include "sandbox/common/config.h"
+
+/// 0 when the text and its terminating zero fit in the `*length` bytes of `buffer`; else
+/// -1. `*length` becomes the length of the text without the zero.
+extern "C" int GetChannelType(char* buffer, int* length) {
+    const std::string channel = sandbox::readConfig().channelType;
+    if (!buffer || !length) {
+        return -1;
+    }
+    const int size = *length;
+    *length = static_cast<int>(channel.size());
+    if (size <= *length) {
+        return -1;
+    }
+    std::memcpy(buffer, channel.c_str(), channel.size() + 1);
+    return 0;
+}

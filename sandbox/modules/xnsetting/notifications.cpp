@@ -1,0 +1,104 @@
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/notificationcenter.h"
+#include "sandbox/common/events.h"
+#include "sandbox/common/worker.h"
+#include "utils/mutex.h"
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+class Notification final : public NC::INotification {
+public:
+    Notification(int kind, Bytes bytes) : number(kind), record(std::move(bytes)) {}
+
+    int type() override { return number; }
+    const void* data() override { return record.empty() ? nullptr : record.data(); }
+
+private:
+    int number;
+    Bytes record;
+};
+
+std::string toHex(const Bytes& bytes) {
+    constexpr const char* digits = "0123456789abcdef";
+    std::string text;
+    for (const unsigned char byte : bytes) {
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
+/// Reports a record whose size is not the one that all readers of its type rely on.
+void checkSize(int type, std::uint32_t size) {
+    static constexpr std::pair<int, std::uint32_t> sizes[] = {
+        {7, 1028}, {NC::kelvarVersionType, sizeof(NC::KelvarVersionRecord)}};
+    for (const auto& [known, wanted] : sizes) {
+        if (type == known && size != wanted) {
+            sandbox::emitFailure("INotificationCenter::post", "type " + std::to_string(type) +
+                                                                  " with " + std::to_string(size) +
+                                                                  " bytes");
+        }
+    }
+}
+
+class NotificationCenter final : public NC::INotificationCenter {
+public:
+    void registerObserver(NC::Observer* observer) override {
+        if (!observer) {
+            sandbox::emitFailure("INotificationCenter::registerObserver", "no observer");
+            return;
+        }
+        MutexLock lock(mutex);
+        observers.push_back(observer);
+    }
+
+    void reserved1() override {}
+
+    void post(int type, const void* data, std::uint32_t size) override {
+        const auto* begin = static_cast<const unsigned char*>(data);
+        Bytes record = begin ? Bytes(begin, begin + size) : Bytes();
+        checkSize(type, size);
+        sandbox::emit(
+            {{"kind", "notification"}, {"type", type}, {"size", size}, {"hex", toHex(record)}});
+        deliveries.post([this, type, record = std::move(record)] { deliver(type, record); });
+    }
+
+    bool idle() const { return deliveries.idle(); }
+
+private:
+    void deliver(int type, const Bytes& record) {
+        std::vector<NC::Observer*> receivers;
+        {
+            MutexLock lock(mutex);
+            receivers = observers;
+        }
+        Notification notification(type, record);
+        for (NC::Observer* observer : receivers) {
+            sandbox::guarded("onNotification", [&] { observer->onNotification(&notification); });
+        }
+    }
+
+    Mutex mutex;
+    std::vector<NC::Observer*> observers XR_GUARDED_BY(mutex);
+    sandbox::Worker deliveries{"notification delivery"};
+};
+
+NotificationCenter& center() {
+    static NotificationCenter& instance = *new NotificationCenter;
+    return instance;
+}
+
+} // namespace
+
+extern "C" NC::INotificationCenter* GetNotificationCenter() {
+    return &center();
+}
+
+extern "C" bool sandboxIdle() {
+    return center().idle();
+}

@@ -1,0 +1,23 @@
+#include "sandbox/platform/hostprocess.h"
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace sandbox {
+
+std::filesystem::path executableFile() {
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error);
+}
+
+unsigned long threadNumber() {
+    return static_cast<unsigned long>(::syscall(SYS_gettid));
+}
+
+std::tm localTime(std::time_t time) {
+    std::tm result{};
+    ::localtime_r(&time, &result);
+    return result;
+}
+
+} // namespace sandbox

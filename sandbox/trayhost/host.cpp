@@ -1,0 +1,95 @@
+#include "sandbox/trayhost/host.h"
+
+#include <algorithm>
+#include <chrono>
+#include <iostream>
+#include <thread>
+
+#include "sandbox/common/events.h"
+#include "sandbox/common/folders.h"
+#include "sandbox/modules/xnbase/listener.h"
+#include "sandbox/platform/stopsignal.h"
+#include "sandbox/trayhost/modules.h"
+
+namespace {
+
+constexpr std::uint32_t poll = 10;
+/// One idle look can fall between a log line and the call that it announces.
+constexpr int settledLooks = 3;
+
+void sleepMilliseconds(std::uint32_t milliseconds) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+void report(const char* what, std::uint32_t n) {
+    sandbox::emit({{"kind", "host"}, {"what", what}, {"n", n}});
+}
+
+} // namespace
+
+Host::Host(const HostOptions& wanted) : options(wanted), started(sandbox::monotonicMilliseconds()) {
+    const auto takeLine = [](const char*, const char* text, void* host) {
+        static_cast<Host*>(host)->watch.line(text);
+    };
+    const auto listeners = exportsOfClientModules("sandboxSetLogListener");
+    for (void* listen : listeners) {
+        reinterpret_cast<sandbox::SetLogListener>(listen)(takeLine, this);
+    }
+    if (listeners.empty() && options.runs) {
+        std::cerr << "trayhost: without xnbase.dll there is no log to count runs by\n";
+    }
+}
+
+bool Host::isFinished() {
+    return sandbox::stopSignalled() || std::filesystem::exists(sandbox::processFolders().stop()) ||
+           (options.ticks && ticks >= *options.ticks) ||
+           (options.runs && watch.endedRuns() >= *options.runs);
+}
+
+bool Host::mayTick() {
+    return !(options.runs && watch.begunRuns() >= *options.runs);
+}
+
+bool Host::isPastLimit() const {
+    return options.limit && sandbox::monotonicMilliseconds() - started >= *options.limit;
+}
+
+ExitStatus Host::drive(const std::function<void()>& tick) {
+    report("start", 0);
+    ExitStatus status = exitDone;
+    for (std::int64_t due = 0; !isFinished(); sleepMilliseconds(poll)) {
+        if (isPastLimit()) {
+            std::cerr << "trayhost: the limit of " << *options.limit << " ms has come\n";
+            status = exitLimit;
+            break;
+        }
+        if (tick && mayTick() && sandbox::monotonicMilliseconds() >= due) {
+            tick();
+            report("tick", ++ticks);
+            due = sandbox::monotonicMilliseconds() + options.interval;
+        }
+    }
+    report("stop", ticks);
+    std::cerr << "trayhost: stopped after " << ticks << " ticks and " << watch.endedRuns()
+              << " runs\n";
+    return status;
+}
+
+bool Host::isIdle() {
+    const auto modules = exportsOfClientModules("sandboxIdle");
+    return watch.idle() && std::all_of(modules.begin(), modules.end(), [](void* idle) {
+               return reinterpret_cast<sandbox::Idle>(idle)();
+           });
+}
+
+bool Host::settle(std::int64_t milliseconds) {
+    const std::int64_t end = sandbox::monotonicMilliseconds() + milliseconds;
+    for (int looks = 0; looks < settledLooks; sleepMilliseconds(poll)) {
+        looks = isIdle() ? looks + 1 : 0;
+        if (sandbox::monotonicMilliseconds() > end) {
+            std::cerr << "trayhost: the plug-in is still busy after " << milliseconds << " ms\n";
+            return false;
+        }
+    }
+    return true;
+}

@@ -1,0 +1,48 @@
+#include <cstring>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "moduleslab.h"
+#include "sandbox/platform/childprocess.h"
+#include "sandbox/platform/hostprocess.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The program that tests have started: leaves its process number and its arguments.
+int leaveTrace(char** arguments) {
+    const fs::path trace = arguments[0];
+    std::ofstream(trace.string() + ".new")
+        << nlohmann::json{{"process", getpid()},
+                          {"arguments", std::vector<std::string>(arguments + 1, arguments + 3)}};
+    fs::rename(trace.string() + ".new", trace);
+    return 0;
+}
+
+int runInRunFolder(int argc, char** argv) {
+    const fs::path program = sandbox::executableFile();
+    const sandbox::Folders folders = lab::layOut(program.parent_path());
+    auto child = sandbox::ChildProcess::start(folders.client() / program.filename(),
+                                              {argv + 1, argv + argc}, fs::current_path());
+    const int status = child ? child->wait() : EXIT_FAILURE;
+    fs::remove_all(folders.root());
+    return status;
+}
+
+} // namespace
+
+// What is thrown here is to end the run as failed. NOLINTNEXTLINE(bugprone-exception-escape)
+int main(int argc, char** argv) {
+    if (argc == 5 && std::strcmp(argv[1], "--leave-trace") == 0) {
+        return leaveTrace(argv + 2);
+    }
+    const bool inRunFolder = fs::exists(sandbox::processFolders().config());
+    const bool lists = argc > 1 && std::strstr(argv[1], "--gtest_list_tests") != nullptr;
+    if (!inRunFolder && !lists) {
+        return runInRunFolder(argc, argv);
+    }
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
