@@ -19,10 +19,9 @@ function(xr_module target filename)
         file(CONFIGURE OUTPUT ${script} CONTENT "{ global: @exports@; local: *; };\n" @ONLY)
         target_link_options(${target} PRIVATE -Wl,--version-script=${script}
                             -Wl,-soname,${filename} -Wl,--no-undefined-version)
-        # The script decides what is seen, so the exports themselves must not be hidden.
+        # The script decides what is seen, so the exports themselves must not be hidden. It
+        # makes unique symbols local too, with which a module would never be unloaded.
         set_target_properties(${target} PROPERTIES NO_SONAME ON LINK_DEPENDS ${script}
                               CXX_VISIBILITY_PRESET default)
-        # A module with unique symbols would never really be unloaded.
-        target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
     endif()
 endfunction()

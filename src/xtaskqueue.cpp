@@ -1,7 +1,6 @@
 #include "xtaskqueue.h"
 
 #include <thread>
-#include <utility>
 
 #include "host/log.h"
 
@@ -11,7 +10,7 @@ constexpr std::uint32_t busyWaitMs = 100;
 
 } // namespace
 
-int XTaskQueue::addTask(std::shared_ptr<IXTaskBase> task) {
+int XTaskQueue::addTask(const std::shared_ptr<IXTaskBase>& task) {
     XLOG(logProgress, "update plugin, queue, add task ...");
     const std::shared_ptr<Event> busy = busyEvent.get();
     // An absent event ends the wait at once and counts as free, like a signalled one.

@@ -13,7 +13,7 @@ public:
     /// Starts a run and returns 0; while a chain is running waits up to 100 ms for its
     /// end, then drops `task` and returns 1. Throws std::system_error when no thread can
     /// be started. To be called from one thread at a time.
-    int addTask(std::shared_ptr<IXTaskBase> task);
+    int addTask(const std::shared_ptr<IXTaskBase>& task);
 
     /// Marks the running chain as stopped and counts the queue as free at once; the old
     /// chain goes on beside a new one until it ends by itself. Always 0. Any thread.

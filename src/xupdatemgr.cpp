@@ -3,7 +3,7 @@
 #include "host/hostmodules.h"
 #include "host/log.h"
 
-bool XUpdateMgr::addItem(std::shared_ptr<IUpdate> item, bool startItem) {
+bool XUpdateMgr::addItem(const std::shared_ptr<IUpdate>& item, bool startItem) {
     if (!item) {
         return false;
     }

@@ -12,7 +12,7 @@ public:
     /// Takes a channel into the list that is driven once at start, or into the one that
     /// is driven on each tick, and calls its init. False for a null item, and when init
     /// answers other than 0; the channel is driven in that case too.
-    bool addItem(std::shared_ptr<IUpdate> item, bool startItem);
+    bool addItem(const std::shared_ptr<IUpdate>& item, bool startItem);
 
     void startUpdate();
     void tickUpdate();
