@@ -77,7 +77,8 @@ TEST_F(ManagerTest, WithoutTheQuietModuleNothingIsMuted) {
 
 TEST(PluginTest, StartDrivesNoTickChannelAndTickDrivesThem) {
     FakeHost host;
-    xtray::IXTrayPlugin* plugin = CreateUpdatePlugin();
+    static xtray::IXTrayPlugin* plugin = nullptr; // it is never freed
+    plugin = CreateUpdatePlugin();
     ASSERT_NE(plugin, nullptr);
     EXPECT_TRUE(plugin->start(nullptr));
     EXPECT_EQ(host.count("update plugin, kelvar, check update ... "), 0U);

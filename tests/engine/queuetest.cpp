@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "support/fakehost.h"
+#include "support/immortal.h"
 #include "xevent.h"
 #include "xtaskqueue.h"
 #include "xupdate.h"
@@ -66,7 +67,7 @@ constexpr const char* ignored = "update plugin, queue, has task, ignore";
 class QueueTest : public testing::Test {
 protected:
     FakeHost host;
-    XTaskQueue& queue = *new XTaskQueue; // as in the product: a queue is never destroyed
+    XTaskQueue& queue = immortal<XTaskQueue>();
 };
 
 TEST_F(QueueTest, RunsTheChainOnAThreadOfItsOwnAndIsFreeAfterwards) {

@@ -170,7 +170,7 @@ public:
 
 class CurlService final : public Static<IXCurlService> {
 public:
-    using Write = std::size_t (*)(void*, std::size_t, std::size_t, void*);
+    using Write = std::size_t (*)(char*, std::size_t, std::size_t, void*);
     struct Handle {
         std::string url;
         Write write = nullptr;

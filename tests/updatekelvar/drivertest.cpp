@@ -2,6 +2,7 @@
 
 #include "host/settings.h"
 #include "support/fakehost.h"
+#include "support/immortal.h"
 #include "updatekelvar/xupdatekelvar.h"
 #include "xrefresher.h"
 
@@ -13,7 +14,7 @@ constexpr const char* checkUpdate = "update plugin, kelvar, check update ... ";
 class DriverTest : public testing::Test {
 protected:
     FakeHost host;
-    XUpdateKelvar& channel = *new XUpdateKelvar; // channels live as long as the process
+    XUpdateKelvar& channel = immortal<XUpdateKelvar>();
 };
 
 TEST_F(DriverTest, InitTakesTheTimeAndRegistersNoObserver) {

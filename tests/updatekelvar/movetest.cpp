@@ -306,7 +306,7 @@ TEST_F(MoveTest, HostileNamesAreRefusedBeforeAFileIsOpened) {
         EXPECT_TRUE(host.logged("task move, bad path: " + std::string(path) + " ")) << path;
     }
     EXPECT_FALSE(std::filesystem::exists(host.folder.parent_path() / "evil"));
-    for (const char* name : {"", ".", "..", "a\\b", "a/b", "c:d", "..\\x", ". .", "\xff"}) {
+    for (const char* name : {"", ".", "..", "a\\b", "a/b", "c:d", "..\\x", ". ."}) {
         list.materials = {material::plain("a.txt", "1", content),
                           material::plain("b.txt", "1", content)};
         list.materials[0].md5 = name;

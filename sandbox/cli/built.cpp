@@ -1,0 +1,203 @@
+#include "sandbox/cli/built.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "sandbox/cli/filebytes.h"
+
+namespace sandbox {
+namespace {
+
+using Json = nlohmann::json;
+
+std::string clientForm(std::string path) {
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+std::string fileNameOf(const std::string& clientPath) {
+    return clientPath.substr(clientPath.find_last_of('\\') + 1);
+}
+
+Bytes packed(const MaterialSpec& spec, std::uint64_t seed, const std::string& path, Bytes file) {
+    if (spec.method.empty()) {
+        return file;
+    }
+    std::vector<std::pair<std::string, Bytes>> members;
+    for (const MemberSpec& member : spec.members) {
+        members.emplace_back(clientForm(member.name),
+                             bytesOf(member.file, seed, spec.name + "/" + member.name));
+    }
+    members.emplace_back(spec.memberName.empty() ? fileNameOf(path) : clientForm(spec.memberName),
+                         std::move(file));
+    return cabinetOf(spec.method, members);
+}
+
+std::map<std::string, std::string> parametersOf(const BuiltMaterial& material) {
+    std::map<std::string, std::string> parameters{{"file_path", material.spec.path},
+                                                  {"file_md5", material.fileMd5}};
+    if (material.spec.method.empty()) {
+        parameters["non_cab"] = "1";
+    }
+    for (const auto& [key, value] : material.spec.parameters) {
+        parameters[key] = value;
+    }
+    return parameters;
+}
+
+void describe(BuiltMaterial& material, const Scenario& scenario, const std::string& md5) {
+    const MaterialSpec& spec = material.spec;
+    OfferedMaterial& offered = material.offered;
+    const auto from = scenario.client.versions.find("update\\version.dat");
+    offered.name = spec.name;
+    offered.id = "/material/" + spec.name;
+    offered.moduleId = spec.module;
+    offered.baseVersion = from == scenario.client.versions.end() ? "" : from->second;
+    offered.version = spec.version;
+    offered.fileId = spec.name + "-" + md5.substr(0, 12);
+    offered.md5 = spec.md5.empty() ? md5 : spec.md5;
+    offered.extends = parametersOf(material);
+    material.group = offered.extends["dependent"];
+    if (material.group.empty()) {
+        offered.extends.erase("dependent");
+    }
+}
+
+BuiltMaterial build(const Scenario& scenario, const MaterialSpec& spec,
+                    const std::filesystem::path& storage) {
+    BuiltMaterial material;
+    material.spec = spec;
+    material.path = clientForm(spec.path);
+    Bytes file = bytesOf(spec.file, scenario.seed, spec.name);
+    material.fileMd5 = md5Of(file);
+    Bytes stored = packed(spec, scenario.seed, material.path, std::move(file));
+    stored.resize(std::min(stored.size(), spec.cutTo.value_or(stored.size())));
+    material.storedSize = stored.size();
+    describe(material, scenario, md5Of(stored));
+    writeBytes(storage / material.offered.fileId, stored);
+    return material;
+}
+
+std::string valueOf(const BuiltMaterial& material, const std::string& field) {
+    if (field == "md5") {
+        return material.offered.md5;
+    }
+    if (field == "fileMd5") {
+        return material.fileMd5;
+    }
+    if (field == "fileId") {
+        return material.offered.fileId;
+    }
+    if (field == "path") {
+        return material.path;
+    }
+    throw std::runtime_error("a material has no \"" + field + "\"");
+}
+
+const BuiltMaterial& named(const std::vector<BuiltMaterial>& materials, const std::string& name) {
+    const auto found =
+        std::find_if(materials.begin(), materials.end(),
+                     [&](const BuiltMaterial& material) { return material.spec.name == name; });
+    if (found == materials.end()) {
+        throw std::runtime_error("there is no material \"" + name + "\"");
+    }
+    return *found;
+}
+
+} // namespace
+
+std::vector<BuiltMaterial> buildMaterials(const Scenario& scenario,
+                                          const std::filesystem::path& storage,
+                                          const std::function<void(std::size_t)>& made) {
+    std::vector<BuiltMaterial> materials;
+    for (const MaterialSpec& spec : scenario.platform.materials) {
+        materials.push_back(build(scenario, spec, storage));
+        made(materials.size());
+    }
+    return materials;
+}
+
+std::string filledIn(std::string text, const std::vector<BuiltMaterial>& materials) {
+    for (std::size_t open = 0; (open = text.find('{', open)) != std::string::npos;) {
+        const std::size_t dot = text.find('.', open);
+        const std::size_t close = text.find('}', open);
+        if (close == std::string::npos || dot == std::string::npos || dot > close) {
+            break;
+        }
+        const BuiltMaterial& material = named(materials, text.substr(open + 1, dot - open - 1));
+        const std::string value = valueOf(material, text.substr(dot + 1, close - dot - 1));
+        text.replace(open, close - open + 1, value);
+        open += value.size();
+    }
+    return text;
+}
+
+Json filledIn(const Json& json, const std::vector<BuiltMaterial>& materials) {
+    if (json.is_string()) {
+        return filledIn(json.get<std::string>(), materials);
+    }
+    if (json.is_array()) {
+        Json filled = Json::array();
+        for (const Json& element : json) {
+            filled.push_back(filledIn(element, materials));
+        }
+        return filled;
+    }
+    if (json.is_object()) {
+        Json filled = Json::object();
+        for (const auto& [key, value] : json.items()) {
+            filled[filledIn(key, materials)] = filledIn(value, materials);
+        }
+        return filled;
+    }
+    return json;
+}
+
+bool isNamed(const Json& names, const std::string& name) {
+    return names == "all" || std::find(names.begin(), names.end(), name) != names.end();
+}
+
+Offer offerOf(const Scenario& scenario, const std::vector<BuiltMaterial>& materials,
+              const Json& options) {
+    const PlatformSpec& platform = scenario.platform;
+    Offer offer{
+        platform.productId, platform.channelId, platform.version, platform.restartTray, {}, {}};
+    const Json offers = options.value("offers", Json("all"));
+    for (const BuiltMaterial& material : materials) {
+        if (isNamed(offers, material.spec.name)) {
+            offer.materials.push_back(material.offered);
+        }
+    }
+    if (!offer.materials.empty()) {
+        for (const auto& [id, version] : platform.modules) {
+            offer.modules.push_back({id, "", version});
+        }
+    }
+    return offer;
+}
+
+ExpectedRun expectedRunOf(const std::vector<BuiltMaterial>& materials, const Json& options) {
+    const Json asks = options.value("asks", Json::object());
+    ExpectedRun run;
+    run.channel = asks.value("channel", "tulsar_upgrade_1.0");
+    run.version = asks.value("version", "0.0.0.0");
+    run.oid = asks.value("oid", run.oid);
+    run.id = asks.value("id", run.id);
+    run.testSwitch = asks.value("test", false);
+    run.questions = options.value("questions", run.questions);
+    const Json faults = options.value("answers", Json::object());
+    for (const auto& [name, fault] : faults.items()) {
+        AnswerFault& answer = run.answerFaults[name];
+        answer.status = fault.value("status", answer.status);
+        if (fault.contains("body")) {
+            answer.body = fault.at("body").get<std::string>();
+        }
+    }
+    const Json cuts = options.value("cut", Json::object());
+    for (const auto& [name, bytes] : cuts.items()) {
+        run.cutFiles[named(materials, name).offered.fileId] = bytes.get<std::size_t>();
+    }
+    return run;
+}
+
+} // namespace sandbox

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "sandbox/cli/built.h"
+#include "sandbox/cli/clientstate.h"
+#include "sandbox/cli/rowtracker.h"
+#include "sandbox/server/updateplatform.h"
+
+/// The comparisons of what stands with what is expected, one subject each.
+namespace sandbox {
+
+/// What was observed of one phase; a restart has nothing but its state.
+struct PhaseFacts {
+    bool isRestart = false;
+    int hostExit = 0;
+    std::vector<nlohmann::json> events;
+    std::vector<Row> rows;
+    RunReport report;
+    std::size_t traces = 0; ///< left behind by started programs
+};
+
+/// What is expected of one material.
+struct RowGoal {
+    std::string state = "left";
+    std::string version; ///< that the target has
+    bool absent = false; ///< nothing stands at the target
+    std::string reason;  ///< of a refusal in this phase
+};
+
+/// What is expected to stand after a phase.
+struct Goals {
+    std::map<std::string, RowGoal> rows; ///< by material name
+    std::map<std::string, std::string> versions;
+    nlohmann::json settings = nlohmann::json::object();
+    std::vector<std::string> update; ///< names below "update", sorted
+    std::size_t replaces = 0;        ///< delayed moves
+    std::size_t deletes = 0;
+};
+
+/// One phase in view of all comparisons.
+struct Comparison {
+    const std::vector<BuiltMaterial>& materials;
+    const Goals& goals;
+    const ClientState& before;
+    const ClientState& now;
+    const PhaseFacts& facts;
+    const nlohmann::json& expect;
+    std::vector<std::string> differences = {};
+
+    void differ(const std::string& what, const std::string& expected, const std::string& got);
+    const RowGoal& goalOf(const BuiltMaterial& material) const;
+};
+
+/// Each material's target, and the files that wait for it.
+void compareRows(Comparison& comparison);
+/// Every other file of the client, and the folder "update".
+void compareFiles(Comparison& comparison);
+/// Version store, settings, delayed moves.
+void compareStores(Comparison& comparison);
+/// filelist.xml.
+void compareFileList(Comparison& comparison);
+/// The host's end, failures, complaints, downloads, notifications, log lines.
+void compareRun(Comparison& comparison);
+/// Programs in the order of their starts; `background` may come at any moment.
+void comparePrograms(Comparison& comparison, const std::vector<std::string>& background);
+
+/// Elements of one line, for the text of a difference.
+std::string joined(const std::vector<std::string>& texts);
+
+} // namespace sandbox

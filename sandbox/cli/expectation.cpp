@@ -1,0 +1,115 @@
+#include "sandbox/cli/expectation.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "sandbox/common/clientpath.h"
+
+namespace sandbox {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr const char* everyRow = "*";
+
+RowGoal readGoal(const Json& goal) {
+    RowGoal read;
+    read.state = goal.at(0).get<std::string>();
+    read.absent = goal.size() > 1 && goal.at(1).is_null();
+    read.version = goal.size() > 1 && goal.at(1).is_string() ? goal.at(1).get<std::string>() : "";
+    read.reason = goal.size() > 2 ? goal.at(2).get<std::string>() : "";
+    return read;
+}
+
+} // namespace
+
+Expectation::Expectation(const std::vector<BuiltMaterial>& built, ClientState start,
+                         std::vector<std::string> backgroundPrograms)
+    : materials(built), before(std::move(start)), background(std::move(backgroundPrograms)) {
+    goals.versions = before.versions;
+    goals.settings = before.settings;
+    for (const auto& [name, file] : before.update) {
+        goals.update.push_back(comparablePath(file.path));
+    }
+    for (const BuiltMaterial& material : materials) {
+        RowGoal& goal = goals.rows[material.spec.name];
+        goal.absent = before.files.count(comparablePath(material.path)) == 0;
+        goal.version = before.versionAt(material.path).value_or("");
+    }
+}
+
+void Expectation::takeOverRows(const Json& rows) {
+    for (auto& [name, goal] : goals.rows) {
+        // A refusal is of one run; the next one says anew what became of the material.
+        if (goal.state == "refused") {
+            goal.state = "left";
+            goal.reason.clear();
+        }
+        if (rows.contains(everyRow)) {
+            goal = readGoal(rows.at(everyRow));
+        }
+    }
+    for (const auto& [name, goal] : rows.items()) {
+        if (name == everyRow) {
+            continue;
+        }
+        if (goals.rows.count(name) == 0) {
+            throw std::runtime_error("expectation of an unknown material \"" + name + "\"");
+        }
+        goals.rows[name] = readGoal(goal);
+    }
+}
+
+void Expectation::takeOver(const Json& expect, const PhaseFacts& facts) {
+    takeOverRows(expect.value("materials", Json::object()));
+    const Json versions = expect.value("versions", Json::object());
+    for (const auto& [path, version] : versions.items()) {
+        goals.versions[comparablePath(path)] = version.get<std::string>();
+    }
+    const Json ofMaterials = expect.value("versionsOf", Json::array());
+    for (const BuiltMaterial& material : materials) {
+        if (isNamed(ofMaterials, material.spec.name)) {
+            goals.versions[comparablePath(material.path)] = material.spec.version;
+        }
+    }
+    const Json settings = expect.value("settings", Json::object());
+    for (const auto& [key, value] : settings.items()) {
+        goals.settings[key] = value;
+    }
+    if (expect.contains("update")) {
+        goals.update.clear();
+        for (const Json& name : expect.at("update")) {
+            goals.update.push_back(comparablePath(name.get<std::string>()));
+        }
+        std::sort(goals.update.begin(), goals.update.end());
+    }
+    if (facts.isRestart) {
+        goals.replaces = 0;
+        goals.deletes = 0;
+    }
+    const Json delayed = expect.value("delayed", Json::object());
+    goals.replaces = delayed.value("replaces", goals.replaces);
+    goals.deletes = delayed.value("deletes", goals.deletes);
+}
+
+std::vector<std::string> Expectation::compare(const Json& expect, const PhaseFacts& facts,
+                                              const ClientState& now) {
+    const Json filled = filledIn(expect, materials);
+    takeOver(filled, facts);
+    Comparison comparison{materials, goals, before, now, facts, filled};
+    compareRows(comparison);
+    compareFiles(comparison);
+    compareStores(comparison);
+    compareFileList(comparison);
+    if (facts.isRestart) {
+        comparison.differences.insert(comparison.differences.end(), facts.report.complaints.begin(),
+                                      facts.report.complaints.end());
+    } else {
+        compareRun(comparison);
+        comparePrograms(comparison, background);
+    }
+    before = now;
+    return comparison.differences;
+}
+
+} // namespace sandbox

@@ -1,0 +1,67 @@
+#include "sandbox/cli/holders.h"
+
+#include <chrono>
+#include <fstream>
+#include <map>
+#include <stdexcept>
+#include <thread>
+
+#include "sandbox/cli/layout.h"
+#include "sandbox/platform/childprocess.h"
+
+namespace sandbox {
+namespace {
+
+constexpr auto readyLimit = std::chrono::seconds(20);
+
+bool saysReady(const std::filesystem::path& output) {
+    std::ifstream stream(output);
+    std::string word;
+    return stream >> word && word == "ready";
+}
+
+void waitUntilReady(ChildProcess& process, const std::filesystem::path& output,
+                    const std::string& program) {
+    const auto limit = std::chrono::steady_clock::now() + readyLimit;
+    while (!saysReady(output)) {
+        if (process.poll() || std::chrono::steady_clock::now() > limit) {
+            throw std::runtime_error(program + " cannot hold its files, see " + output.string());
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+}
+
+Holder start(const Folders& folders, const std::string& by, const std::vector<std::string>& files,
+             std::size_t number) {
+    std::vector<std::string> arguments;
+    std::string names;
+    for (const std::string& file : files) {
+        arguments.push_back(clientFile(folders, file).string());
+        names += (names.empty() ? "" : ", ") + file;
+    }
+    const auto program = clientFile(folders, by);
+    const auto output = folders.state() / ("holder" + std::to_string(number) + ".out");
+    auto process = ChildProcess::start(program, arguments, folders.client(), output);
+    if (!process) {
+        throw std::runtime_error(program.string() + " cannot be started");
+    }
+    waitUntilReady(*process, output, by);
+    return {process->id(), program.string(), names};
+}
+
+} // namespace
+
+std::vector<Holder> startHolders(const Scenario& scenario, const Folders& folders) {
+    std::map<std::string, std::vector<std::string>> filesByProgram;
+    for (const HeldSpec& held : scenario.client.held) {
+        filesByProgram[held.by].push_back(held.file);
+    }
+    std::vector<Holder> holders;
+    holders.reserve(filesByProgram.size());
+    for (const auto& [by, files] : filesByProgram) {
+        holders.push_back(start(folders, by, files, holders.size() + 1));
+    }
+    return holders;
+}
+
+} // namespace sandbox

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "sandbox/cli/eventtail.h"
+#include "sandbox/cli/rowtracker.h"
+#include "sandbox/cli/runview.h"
+#include "sandbox/cli/serverfeed.h"
+#include "sandbox/common/folders.h"
+
+namespace sandbox {
+
+/// What came of one run of the host.
+struct HostResult {
+    int exit = -1;
+    double seconds = 0;
+    std::uint64_t peakMemory = 0; ///< bytes
+    std::vector<nlohmann::json> events;
+    std::size_t traces = 0; ///< of programs that it started
+};
+
+/// Runs the client's host with these arguments to its end and shows what happens. Its
+/// output goes to `outputFile`. Throws std::runtime_error when it cannot be started.
+HostResult runHost(const Folders& folders, const std::vector<std::string>& arguments,
+                   const std::filesystem::path& outputFile, ServerFeed& feed, RowTracker& tracker,
+                   RunView& view);
+
+} // namespace sandbox

@@ -1,0 +1,163 @@
+#include "sandbox/cli/layout.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <stdexcept>
+
+#include "sandbox/cli/clientstate.h"
+#include "sandbox/cli/filebytes.h"
+#include "sandbox/cli/filelistxml.h"
+#include "sandbox/common/clientpath.h"
+#include "sandbox/common/jsonfile.h"
+#include "sandbox/platform/programnames.h"
+
+namespace sandbox {
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+/// The client's modules as they are copied; the channel module is laid out apart.
+constexpr std::array<const char*, 7> modules{"xnbase.dll",    "OrvBase.dll", "XNGuardBase.dll",
+                                             "XNSetting.dll", "xnuser.dll",  "xnquiet.dll",
+                                             "xncurl.dll"};
+constexpr const char* channelModule = "OrvSecurityver.dll";
+/// A client path has less than 260 characters; this leaves room for files below.
+constexpr std::size_t longestClientPath = 160;
+constexpr std::size_t channelImageSize = 4096;
+
+void copyFile(const fs::path& from, const fs::path& to) {
+    if (!fs::exists(from)) {
+        throw std::runtime_error(from.string() + " is not built");
+    }
+    fs::create_directories(to.parent_path());
+    fs::copy_file(from, to, fs::copy_options::overwrite_existing);
+}
+
+bool isLeftOut(const Scenario& scenario, const std::string& name) {
+    const auto& names = scenario.client.leaveOut;
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+void copyModules(const Scenario& scenario, const Folders& folders, const fs::path& binaries) {
+    const std::string host = programFile("trayhost");
+    copyFile(binaries / host, folders.client() / host);
+    for (const char* module : modules) {
+        if (!isLeftOut(scenario, module)) {
+            copyFile(binaries / module, folders.client() / module);
+        }
+    }
+    if (!isLeftOut(scenario, channelModule)) {
+        const FileSpec image{kindPe, scenario.client.version, channelImageSize};
+        writeBytes(folders.client() / channelModule, bytesOf(image, scenario.seed, channelModule));
+        copyFile(binaries / channelModule, folders.client() / imageFile(channelModule));
+    }
+    if (!isLeftOut(scenario, "xrefresher.dll")) {
+        copyFile(binaries / "xrefresher.dll", folders.client() / "xnplugins" / "xrefresher.dll");
+    }
+}
+
+void writeClientFile(const Scenario& scenario, const Folders& folders, const fs::path& binaries,
+                     const ClientFile& file) {
+    const fs::path target = clientFile(folders, file.path);
+    if (file.file.kind == kindProgram) {
+        copyFile(binaries / programFile("sampleprogram"), target);
+    } else if (file.file.kind == kindHolder) {
+        copyFile(binaries / programFile("holdfile"), target);
+    } else {
+        writeBytes(target, bytesOf(file.file, scenario.seed, file.path));
+    }
+}
+
+/// Versions of data files are in the version store, those of the scenario's own first.
+Json versionStore(const Scenario& scenario) {
+    Json versions = scenario.client.versions;
+    for (const ClientFile& file : scenario.client.files) {
+        if (file.file.kind == kindData && !file.file.version.empty()) {
+            versions.emplace(file.path, file.file.version);
+        }
+    }
+    return versions;
+}
+
+std::vector<ListedFile> listedFiles(const Scenario& scenario, const Folders& folders) {
+    std::vector<ListedFile> entries;
+    for (const ClientFile& file : scenario.client.files) {
+        const fs::path path = clientFile(folders, file.path);
+        entries.push_back({file.path, file.file.version, md5OfFile(path),
+                           file.file.kind == kindPe ? "true" : "false",
+                           std::to_string(fs::file_size(path))});
+    }
+    return entries;
+}
+
+void save(const fs::path& file, const Json& json) {
+    if (!writeJson(file, json)) {
+        throw std::runtime_error("cannot write " + file.string());
+    }
+}
+
+void writeStores(const Scenario& scenario, const Folders& folders, const std::string& address) {
+    Json config{{"serverAddress", address},
+                {"upgradeAddress", address},
+                {"homeDirectory", folders.home().string()}};
+    config.merge_patch(scenario.client.config);
+    save(folders.config(), config);
+    save(folders.settings(), scenario.client.settings);
+    save(folders.versions(), versionStore(scenario));
+    if (!scenario.client.testIni.empty()) {
+        std::ofstream(folders.client() / "test_update_kelvar.ini") << scenario.client.testIni;
+    }
+}
+
+} // namespace
+
+fs::path clientFile(const Folders& folders, const std::string& clientPath) {
+    std::string path = clientPath;
+    std::replace(path.begin(), path.end(), '\\', '/');
+    return folders.client() / path;
+}
+
+fs::path tracesFolder(const Folders& folders) {
+    return folders.state() / "started";
+}
+
+void clearRunFolder(const Folders& folders) {
+    const fs::path& root = folders.root();
+    if (folders.client().string().size() > longestClientPath) {
+        throw std::runtime_error("the path of " + root.string() + " is too long for a client");
+    }
+    if (fs::exists(root) && !fs::is_empty(root) && !fs::exists(folders.config())) {
+        throw std::runtime_error(root.string() + " holds something else than a run");
+    }
+    for (const fs::path& part :
+         {folders.client(), folders.home(), folders.storage(), folders.state()}) {
+        fs::remove_all(part);
+    }
+    // The mark of a run comes first: a layout that breaks off can be cleared again.
+    fs::create_directories(tracesFolder(folders));
+    save(folders.config(), Json::object());
+    fs::create_directories(folders.client());
+    fs::create_directories(folders.storage());
+    fs::create_directories(folders.home());
+}
+
+void layOutClient(const Scenario& scenario, const Folders& folders, const fs::path& binaries,
+                  const std::string& address) {
+    copyModules(scenario, folders, binaries);
+    for (const std::string& folder : scenario.client.folders) {
+        fs::create_directories(clientFile(folders, folder));
+    }
+    for (const ClientFile& file : scenario.client.files) {
+        writeClientFile(scenario, folders, binaries, file);
+    }
+    writeStores(scenario, folders, address);
+    if (scenario.client.fileListEntries > 0) {
+        writeFileList(fileListPath(folders), listedFiles(scenario, folders),
+                      scenario.client.fileListEntries);
+        copyFile(fileListPath(folders), firstFileListPath(folders));
+    }
+}
+
+} // namespace sandbox

@@ -1,0 +1,106 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <limits>
+
+#include "sandbox/cli/layout.h"
+#include "sandbox/cli/restart.h"
+#include "sandbox/cli/session.h"
+#include "sandbox/cli/show.h"
+
+namespace {
+
+/// Exit statuses; also told by --help.
+constexpr int exitAsExpected = 0;
+constexpr int exitDifferent = 1;
+constexpr int exitSandboxFailed = 2;
+
+struct Options {
+    std::string scenario;
+    std::string folder = "sandbox-run";
+    std::size_t steps = std::numeric_limits<std::size_t>::max();
+    bool keep = false;
+    bool all = false;
+};
+
+sandbox::Folders foldersOf(const Options& options) {
+    return sandbox::Folders(std::filesystem::absolute(options.folder).lexically_normal());
+}
+
+/// Of a run that is there.
+sandbox::Folders existingRun(const Options& options) {
+    sandbox::Folders folders = foldersOf(options);
+    if (!std::filesystem::exists(folders.config())) {
+        throw std::runtime_error(folders.root().string() + " holds no run");
+    }
+    return folders;
+}
+
+int run(const Options& options, sandbox::Console& console) {
+    sandbox::Session session(sandbox::readScenario(options.scenario), options.scenario,
+                             foldersOf(options), console);
+    if (options.keep) {
+        session.keepHolders();
+    }
+    return session.run(options.steps) ? exitAsExpected : exitDifferent;
+}
+
+int restart(const Options& options, sandbox::Console& console) {
+    return sandbox::restartMachine(existingRun(options), console) ? exitAsExpected : exitDifferent;
+}
+
+int show(const Options& options, sandbox::Console& console) {
+    sandbox::showRun(existingRun(options), options.all, console);
+    return exitAsExpected;
+}
+
+void addFolder(CLI::App* command, Options& options) {
+    command->add_option("--folder", options.folder, "Folder of the run")->capture_default_str();
+}
+
+CLI::App* addRun(CLI::App& app, Options& options) {
+    CLI::App* command = app.add_subcommand(
+        "run", "Lay a client out, run the update plug-in against the scenario's platform, and "
+               "compare what stands with what the scenario expects");
+    command->add_option("scenario", options.scenario, "Scenario file")->required();
+    addFolder(command, options);
+    command->add_option("--steps", options.steps, "Stop after so many steps of the scenario")
+        ->type_name("N");
+    command->add_flag("--keep", options.keep,
+                      "Leave programs that keep files in use running at the end");
+    return command;
+}
+
+int dispatch(int count, char** arguments) {
+    CLI::App app("Sandbox of the update plug-in: a client folder, its sibling modules, a host and "
+                 "an update platform on loopback.");
+    app.footer("Exit status: 0 everything is as expected, 1 something differs, 2 the sandbox "
+               "itself failed.");
+    app.require_subcommand(1);
+    Options options;
+    const CLI::App* runCommand = addRun(app, options);
+    CLI::App* restartCommand = app.add_subcommand(
+        "restart", "Do to the client what a restart of the machine does: end the programs that "
+                   "keep files in use and carry out the delayed moves");
+    addFolder(restartCommand, options);
+    CLI::App* showCommand = app.add_subcommand("show", "Show what stands in the client's folder");
+    addFolder(showCommand, options);
+    showCommand->add_flag("--all", options.all, "All entries of filelist.xml");
+    CLI11_PARSE(app, count, arguments);
+
+    sandbox::Console console(sandbox::standardOutput());
+    if (runCommand->parsed()) {
+        return run(options, console);
+    }
+    return restartCommand->parsed() ? restart(options, console) : show(options, console);
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    try {
+        return dispatch(count, arguments);
+    } catch (const std::exception& error) {
+        std::cerr << "xsandbox: " << error.what() << "\n";
+        return exitSandboxFailed;
+    }
+}

@@ -1,0 +1,45 @@
+#include "sandbox/cli/notes.h"
+
+#include <cctype>
+
+namespace sandbox {
+namespace {
+
+constexpr int versionType = 14;
+constexpr std::size_t textOffset = 4;
+constexpr std::size_t textSize = 128;
+
+std::string bytesOfHex(const std::string& hex) {
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
+        if (std::isxdigit(static_cast<unsigned char>(hex[i])) == 0 ||
+            std::isxdigit(static_cast<unsigned char>(hex[i + 1])) == 0) {
+            return "";
+        }
+        bytes.push_back(static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+    }
+    return bytes;
+}
+
+} // namespace
+
+bool isKind(const nlohmann::json& event, const char* kind) {
+    return event.value("kind", "") == kind;
+}
+
+std::string programText(const nlohmann::json& event) {
+    const std::string parameters = event.value("parameters", "");
+    return event.value("file", "") + (parameters.empty() ? "" : " " + parameters);
+}
+
+std::string notifiedVersion(const nlohmann::json& event) {
+    const std::string record = bytesOfHex(event.value("hex", ""));
+    if (event.value("type", 0) != versionType || record.size() != textOffset + textSize ||
+        record.compare(0, textOffset, std::string(textOffset, '\0')) != 0) {
+        return "";
+    }
+    const std::string text = record.substr(textOffset);
+    return text.substr(0, text.find('\0'));
+}
+
+} // namespace sandbox

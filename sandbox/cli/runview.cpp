@@ -1,0 +1,158 @@
+#include "sandbox/cli/runview.h"
+
+#include <algorithm>
+
+#include "sandbox/cli/notes.h"
+
+namespace sandbox {
+namespace {
+
+constexpr std::size_t detailLimit = 60;
+constexpr std::size_t questionWidth = 20;
+
+bool begins(const std::string& text, const char* with) {
+    return text.rfind(with, 0) == 0;
+}
+
+/// Where a row's line belongs.
+const char* sectionOf(const Row& row) {
+    if (begins(row.reason, "for another") || begins(row.reason, "already")) {
+        return "Not for this client";
+    }
+    const bool ofDownload = begins(row.reason, "download") || begins(row.reason, "hash");
+    return ofDownload ? "Downloads" : "Files";
+}
+
+Mark markOf(RowState state) {
+    switch (state) {
+    case RowState::placed:
+        return Mark::good;
+    case RowState::waiting:
+        return Mark::waits;
+    default:
+        return Mark::no;
+    }
+}
+
+std::string wordsOf(const Row& row) {
+    if (row.state == RowState::waiting) {
+        return "waits for the restart";
+    }
+    return wordOf(row.state) + (row.reason.empty() ? "" : ": " + row.reason);
+}
+
+} // namespace
+
+RunView::RunView(Console& output, const std::vector<const BuiltMaterial*>& offered)
+    : console(output), widths{0, 0}, detailed(offered.size() <= detailLimit) {
+    for (const BuiltMaterial* material : offered) {
+        materials[material->offered.fileId] = material;
+        widths[0] = std::max(widths[0], material->spec.name.size());
+        widths[1] = std::max(widths[1], material->path.size());
+    }
+}
+
+const BuiltMaterial* RunView::byFileId(const std::string& fileId) const {
+    const auto found = materials.find(fileId);
+    return found == materials.end() ? nullptr : found->second;
+}
+
+void RunView::section(const std::string& title) {
+    if (currentSection != title) {
+        finishTransfer();
+        currentSection = title;
+        console.heading("  " + title);
+    }
+}
+
+void RunView::platform(const PlatformEvent& event) {
+    switch (event.kind) {
+    case PlatformEvent::Kind::question:
+        section("Conversation");
+        console.row(Mark::good, {event.text, event.detail}, {questionWidth});
+        break;
+    case PlatformEvent::Kind::transfer:
+        transfer(event);
+        break;
+    case PlatformEvent::Kind::complaint:
+        console.row(Mark::fault, {event.text}, {});
+        break;
+    }
+}
+
+void RunView::transfer(const PlatformEvent& event) {
+    if (detailed) {
+        section("Downloads");
+    }
+    if (transferring != event.text || event.bytes == 0) {
+        finishTransfer();
+        transferring = event.text;
+        ++transfers;
+    }
+    transferredBytes += event.bytes > sent ? event.bytes - sent : 0;
+    sent = event.bytes;
+    const BuiltMaterial* material = byFileId(event.text);
+    if (event.bytes == event.total) {
+        finishTransfer();
+    } else if (material != nullptr && detailed) {
+        console.progress(material->spec.name + "  " + material->path,
+                         static_cast<double>(event.bytes) / static_cast<double>(event.total));
+    } else if (!detailed) {
+        console.progress("files fetched: " + std::to_string(transfers),
+                         static_cast<double>(transfers) / static_cast<double>(materials.size()));
+    }
+}
+
+void RunView::finishTransfer() {
+    const BuiltMaterial* material = byFileId(transferring);
+    if (material != nullptr && detailed) {
+        const bool whole = sent == material->storedSize;
+        console.row(whole ? Mark::good : Mark::fault,
+                    {material->spec.name, material->path,
+                     whole ? sizeText(sent) : "broken off at " + sizeText(sent)},
+                    widths);
+    }
+    transferring.clear();
+    sent = 0;
+}
+
+void RunView::row(const Row& row) {
+    ++settled[row.state];
+    if (detailed) {
+        section(sectionOf(row));
+        console.row(markOf(row.state), {row.material->spec.name, row.material->path, wordsOf(row)},
+                    widths);
+    }
+}
+
+void RunView::host(const nlohmann::json& event) {
+    if (isKind(event, "process")) {
+        section("Programs");
+        console.row(
+            event.value("started", false) ? Mark::starts : Mark::no,
+            {programText(event), event.value("started", false) ? "" : "(no such program here)"},
+            {});
+    } else if (isKind(event, "notification")) {
+        section("Notification");
+        const std::string version = notifiedVersion(event);
+        console.row(Mark::starts,
+                    {"type " + std::to_string(event.value("type", 0)) +
+                     (version.empty() ? "" : ", version " + version)},
+                    {});
+    } else if (isKind(event, "failure")) {
+        console.row(Mark::fault, {event.value("where", "") + ": " + event.value("text", "")}, {});
+    }
+}
+
+void RunView::end() {
+    finishTransfer();
+    if (!detailed) {
+        section("Sums");
+        console.line("  " + counted(transfers, "download") + ", " + sizeText(transferredBytes));
+        for (const auto& [state, count] : settled) {
+            console.line("  " + counted(count, "file") + " " + wordOf(state));
+        }
+    }
+}
+
+} // namespace sandbox

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "sandbox/cli/console.h"
+#include "sandbox/cli/rowtracker.h"
+#include "sandbox/server/updateplatform.h"
+
+namespace sandbox {
+
+/// Shows a run as it goes: the conversation, the materials that are filtered out, the
+/// downloads, each file as it is placed, the programs and the notification. One thread.
+class RunView {
+public:
+    /// With more materials than `detailLimit` only sums are shown.
+    RunView(Console& console, const std::vector<const BuiltMaterial*>& offered);
+
+    void platform(const PlatformEvent& event);
+    void row(const Row& row);
+    void host(const nlohmann::json& event);
+    /// The run is over: sums that are still to be told.
+    void end();
+
+private:
+    void section(const std::string& title);
+    void transfer(const PlatformEvent& event);
+    void finishTransfer();
+    const BuiltMaterial* byFileId(const std::string& fileId) const;
+
+    Console& console;
+    std::map<std::string, const BuiltMaterial*> materials; ///< by file id
+    std::vector<std::size_t> widths;                       ///< of name and path
+    bool detailed = true;
+    std::string currentSection;
+    std::string transferring; ///< file id
+    std::uint64_t sent = 0;
+    std::size_t transfers = 0;
+    std::uint64_t transferredBytes = 0;
+    std::map<RowState, std::size_t> settled;
+};
+
+} // namespace sandbox

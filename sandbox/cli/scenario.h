@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+/// A scenario file in memory; sandbox/scenarios/README.md describes the format.
+namespace sandbox {
+
+/// Text of a file's kind.
+inline constexpr const char* kindPe = "pe";           ///< an image with a version resource
+inline constexpr const char* kindData = "data";       ///< bytes
+inline constexpr const char* kindProgram = "program"; ///< starts and leaves a trace
+inline constexpr const char* kindHolder = "holder";   ///< keeps files in use while it runs
+
+/// A file to be made. Its bytes follow from the scenario's seed and the file's name.
+struct FileSpec {
+    std::string kind = kindData;
+    std::string version;
+    std::size_t size = 1024;
+};
+
+struct ClientFile {
+    std::string path;
+    FileSpec file;
+};
+
+/// A file that a running program of the client keeps in use.
+struct HeldSpec {
+    std::string file;
+    std::string by;
+};
+
+struct ClientSpec {
+    std::string version;
+    std::map<std::string, std::string> versions; ///< the version store
+    std::vector<ClientFile> files;
+    std::vector<std::string> folders; ///< that are there beside those of the files
+    std::vector<HeldSpec> held;
+    std::size_t fileListEntries = 0;     ///< 0 leaves filelist.xml out
+    std::vector<std::string> leaveOut;   ///< files of the client that are not there
+    std::vector<std::string> background; ///< programs that may be started at any moment
+    std::string testIni;                 ///< text of test_update_kelvar.ini; empty leaves it out
+    nlohmann::json config = nlohmann::json::object();
+    nlohmann::json settings = nlohmann::json::object();
+};
+
+struct MemberSpec {
+    std::string name;
+    FileSpec file;
+};
+
+struct MaterialSpec {
+    std::string name;
+    std::string module;
+    std::string version;
+    std::string path;
+    FileSpec file;
+    std::string method;                            ///< of the cabinet; empty for a plain file
+    std::vector<MemberSpec> members;               ///< of the cabinet beside the file itself
+    std::string memberName;                        ///< of the file in the cabinet, when not its own
+    std::map<std::string, std::string> parameters; ///< as sent; may overrule the right ones
+    std::string md5;                               ///< as sent, when not the right one
+    std::optional<std::size_t> cutTo;              ///< the stored file is cut to so many bytes
+};
+
+struct PlatformSpec {
+    std::string productId;
+    std::string channelId;
+    std::string version;
+    std::string restartTray;
+    std::map<std::string, std::string> modules; ///< versions of modules
+    std::vector<MaterialSpec> materials;
+};
+
+/// One step of the scenario: a run of the client or a restart of the machine.
+struct Phase {
+    bool isRestart = false;
+    std::string title;
+    nlohmann::json options; ///< of a run: what the platform answers and expects
+    nlohmann::json expect;
+};
+
+struct Scenario {
+    std::string title;
+    std::uint64_t seed = 0;
+    ClientSpec client;
+    PlatformSpec platform;
+    std::vector<Phase> phases;
+};
+
+/// Throws std::runtime_error with the file's name and the reason.
+Scenario readScenario(const std::filesystem::path& file);
+
+} // namespace sandbox

@@ -1,0 +1,184 @@
+#include "sandbox/cli/session.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+#include "sandbox/cli/holders.h"
+#include "sandbox/cli/layout.h"
+#include "sandbox/cli/restart.h"
+#include "sandbox/cli/runstate.h"
+#include "sandbox/platform/hostprocess.h"
+
+namespace sandbox {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::size_t differencesShown = 40;
+
+std::vector<std::string> hostArguments(const Phase& phase) {
+    return phase.options.value("host",
+                               std::vector<std::string>{"--runs", "1", "--limit", "120000"});
+}
+
+std::string secondsText(double seconds) {
+    const auto hundredths = std::lround(seconds * 100);
+    const std::string rest = std::to_string(hundredths % 100);
+    return std::to_string(hundredths / 100) + "." + (rest.size() < 2 ? "0" : "") + rest + " s";
+}
+
+} // namespace
+
+Session::Session(Scenario read, std::string file, Folders runFolders, Console& output)
+    : scenario(std::move(read)), scenarioFile(std::move(file)), folders(std::move(runFolders)),
+      console(output) {}
+
+Session::~Session() {
+    if (!keep) {
+        try {
+            endHolders(folders);
+        } catch (const std::exception& error) {
+            console.row(Mark::fault, {error.what()}, {});
+        }
+    }
+}
+
+bool Session::run(std::size_t phases) {
+    layOut();
+    bool good = true;
+    const std::size_t count = std::min(phases, scenario.phases.size());
+    for (std::size_t i = 0; i < count && good; ++i) {
+        const Phase& phase = scenario.phases[i];
+        console.heading("Step " + std::to_string(i + 1) + " of " +
+                        std::to_string(scenario.phases.size()) + ": " + phase.title);
+        good = conclude(phase, phase.isRestart ? restart() : runClient(phase));
+    }
+    return good;
+}
+
+void Session::layOut() {
+    console.heading(scenario.title);
+    endHolders(folders);
+    clearRunFolder(folders);
+    platform = std::make_unique<UpdatePlatform>(
+        folders.storage().string(), [this](const PlatformEvent& event) { feed.put(event); });
+    platform->start();
+    layOutClient(scenario, folders, executableFile().parent_path(), platform->address());
+    build();
+    expectation =
+        std::make_unique<Expectation>(materials, readClient(folders), scenario.client.background);
+    hold();
+    console.row(Mark::none, {"folder", folders.root().string()}, {8});
+    console.row(Mark::none,
+                {"client", "version " + scenario.client.version + ", " +
+                               counted(scenario.client.files.size(), "file") + ", " +
+                               std::to_string(scenario.client.fileListEntries) +
+                               " entries in filelist.xml"},
+                {8});
+    for (const Holder& holder : readRunState(folders).holders) {
+        console.row(Mark::none, {"in use", holder.file}, {8});
+    }
+}
+
+void Session::build() {
+    const double count = static_cast<double>(scenario.platform.materials.size());
+    materials = buildMaterials(scenario, folders.storage(), [&](std::size_t made) {
+        console.progress("building materials", static_cast<double>(made) / count);
+    });
+    std::uint64_t bytes = 0;
+    for (const BuiltMaterial& material : materials) {
+        bytes += material.storedSize;
+    }
+    console.row(Mark::none,
+                {"platform", "packet " + scenario.platform.version + ", " +
+                                 counted(materials.size(), "material") + ", " + sizeText(bytes)},
+                {8});
+}
+
+void Session::hold() {
+    RunState state;
+    state.scenario = scenarioFile;
+    state.address = platform->address();
+    state.holders = startHolders(scenario, folders);
+    saveRunState(folders, state);
+}
+
+Session::Offered Session::offeredIn(const Phase& phase) const {
+    Offered offered;
+    const Offer offer = offerOf(scenario, materials, phase.options);
+    for (const BuiltMaterial& material : materials) {
+        for (const OfferedMaterial& candidate : offer.materials) {
+            if (candidate.name == material.spec.name) {
+                offered.push_back(&material);
+            }
+        }
+    }
+    return offered;
+}
+
+PhaseFacts Session::runClient(const Phase& phase) {
+    const Offered offered = offeredIn(phase);
+    RunView view(console, offered);
+    RowTracker tracker(offered, [&view](const Row& row) { view.row(row); });
+    platform->beginRun(offerOf(scenario, materials, phase.options),
+                       expectedRunOf(materials, phase.options));
+    const auto output = folders.state() / ("host" + std::to_string(phasesDone + 1) + ".out");
+    HostResult result = runHost(folders, hostArguments(phase), output, feed, tracker, view);
+    PhaseFacts facts;
+    facts.hostExit = result.exit;
+    facts.events = std::move(result.events);
+    facts.rows = tracker.all();
+    facts.report = platform->endRun();
+    facts.traces = result.traces;
+    console.heading("  Result");
+    showSummary(facts);
+    console.line("host ran " + secondsText(result.seconds) + ", peak memory " +
+                 sizeText(result.peakMemory) + ", its output in " + output.string());
+    return facts;
+}
+
+PhaseFacts Session::restart() {
+    PhaseFacts facts;
+    facts.isRestart = true;
+    if (!restartMachine(folders, console)) {
+        facts.report.complaints.emplace_back("a delayed move failed");
+    }
+    return facts;
+}
+
+void Session::showSummary(const PhaseFacts& facts) {
+    if (facts.rows.empty()) {
+        console.line("no materials were offered");
+        return;
+    }
+    std::map<std::string, std::size_t> counts;
+    for (const Row& row : facts.rows) {
+        ++counts[wordOf(row.state) + (row.reason.empty() ? "" : ": " + row.reason)];
+    }
+    std::vector<std::vector<std::string>> rows;
+    rows.reserve(counts.size());
+    for (const auto& [outcome, count] : counts) {
+        rows.push_back({outcome, std::to_string(count)});
+    }
+    console.table({"materials", "count"}, rows);
+}
+
+bool Session::conclude(const Phase& phase, const PhaseFacts& facts) {
+    const std::vector<std::string> differences =
+        expectation->compare(phase.expect, facts, readClient(folders));
+    RunState state = readRunState(folders);
+    state.phase = ++phasesDone;
+    saveRunState(folders, state);
+    if (differences.empty()) {
+        console.row(Mark::good, {"everything is as the scenario expects"}, {});
+        return true;
+    }
+    console.row(Mark::fault, {counted(differences.size(), "difference")}, {});
+    for (std::size_t i = 0; i < std::min(differences.size(), differencesShown); ++i) {
+        console.line("    " + differences[i]);
+    }
+    return false;
+}
+
+} // namespace sandbox

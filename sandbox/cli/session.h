@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sandbox/cli/console.h"
+#include "sandbox/cli/expectation.h"
+#include "sandbox/cli/hostrun.h"
+#include "sandbox/cli/scenario.h"
+#include "sandbox/cli/serverfeed.h"
+#include "sandbox/common/folders.h"
+
+namespace sandbox {
+
+/// One scenario from its layout to its last phase, shown as it goes. One thread.
+class Session {
+public:
+    Session(Scenario scenario, std::string scenarioFile, Folders folders, Console& console);
+    /// Ends the programs that keep files in use, unless they are to go on.
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Lays out and carries out the first `phases` phases; whether each one ended as the
+    /// scenario expects. Throws std::exception when the sandbox itself fails.
+    bool run(std::size_t phases);
+
+    void keepHolders() { keep = true; }
+
+private:
+    using Offered = std::vector<const BuiltMaterial*>;
+
+    void layOut();
+    void build();
+    void hold();
+    Offered offeredIn(const Phase& phase) const;
+    PhaseFacts runClient(const Phase& phase);
+    PhaseFacts restart();
+    bool conclude(const Phase& phase, const PhaseFacts& facts);
+    void showSummary(const PhaseFacts& facts);
+
+    Scenario scenario;
+    std::string scenarioFile;
+    Folders folders;
+    Console& console;
+    bool keep = false;
+    ServerFeed feed;
+    std::unique_ptr<UpdatePlatform> platform; ///< puts into the feed, so it goes first
+    std::vector<BuiltMaterial> materials;
+    std::unique_ptr<Expectation> expectation;
+    std::size_t phasesDone = 0;
+};
+
+} // namespace sandbox

@@ -1,0 +1,22 @@
+# cmake -DNM=nm -DLIBRARY=file -DEXPORTS="a;b" -P checkexports.cmake
+# Fails unless the library exports exactly these names.
+execute_process(COMMAND ${NM} -D --defined-only --format=posix ${LIBRARY}
+    OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[^\n]+" lines "${output}")
+set(found "")
+foreach(line IN LISTS lines)
+    string(REGEX REPLACE " .*" "" name "${line}")
+    list(APPEND found ${name})
+endforeach()
+set(surplus ${found})
+list(REMOVE_ITEM surplus ${EXPORTS})
+set(missing ${EXPORTS})
+if(found)
+    list(REMOVE_ITEM missing ${found})
+endif()
+if(surplus)
+    message(SEND_ERROR "surplus exports: ${surplus}")
+endif()
+if(missing)
+    message(SEND_ERROR "missing exports: ${missing}")
+endif()

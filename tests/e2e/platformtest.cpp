@@ -1,0 +1,110 @@
+#include <curl/curl.h>
+#include <gtest/gtest.h>
+#include <ostream>
+
+#include "sandbox/server/updateplatform.h"
+
+// The platform's own judgement: a client that deviates is told so.
+
+namespace {
+
+constexpr const char* upgradePath = "/PacketV2/GetUpgradePacket";
+constexpr const char* diffPath = "/PacketV2/GetFullPacketDiff";
+constexpr const char* metasPath = "/MaterialV2/BatchGetMaterialMeta";
+constexpr const char* upgradeBody =
+    R"({"channel_code":"tulsar_upgrade_1.0","channel_unique_code":"","customer":{"asset_id":{"id":-1,"oid":-1},"client":""},"need_min_ver":false,"params":null,"species_unique_code":"","version":"1.0.0.1001"})"
+    "\n";
+
+struct Asked {
+    std::string path = upgradePath;
+    std::string body = upgradeBody;
+    const char* header = nullptr; ///< beside the type
+};
+
+struct Case {
+    const char* name;
+    std::vector<Asked> asked;
+    const char* complaint; ///< the first one; empty for none
+};
+
+void PrintTo(const Case& tested, std::ostream* out) {
+    *out << tested.name;
+}
+
+class Platform : public testing::TestWithParam<Case> {
+protected:
+    void SetUp() override {
+        platform.start();
+        sandbox::ExpectedRun run;
+        run.channel = "tulsar_upgrade_1.0";
+        run.version = "1.0.0.1001";
+        run.questions = GetParam().asked.size();
+        platform.beginRun({"tulsar", "c", "2.0.0.1", "", {}, {}}, run);
+    }
+
+    void ask(const Asked& asked) {
+        CURL* curl = curl_easy_init();
+        curl_slist* headers = curl_slist_append(nullptr, "Content-Type: application/json");
+        headers = asked.header == nullptr ? headers : curl_slist_append(headers, asked.header);
+        const std::string url = platform.address() + asked.path;
+        curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
+        curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers);
+        curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE, static_cast<long>(asked.body.size()));
+        curl_easy_setopt(curl, CURLOPT_POSTFIELDS, asked.body.c_str());
+        curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, &dropBody);
+        EXPECT_EQ(curl_easy_perform(curl), CURLE_OK);
+        curl_slist_free_all(headers);
+        curl_easy_cleanup(curl);
+    }
+
+    static std::size_t dropBody(char*, std::size_t size, std::size_t count, void*) {
+        return size * count;
+    }
+
+    sandbox::UpdatePlatform platform{testing::TempDir(), nullptr};
+};
+
+const Asked right{};
+const Asked rightDiff{
+    diffPath,
+    R"({"channel_id":"tulsar_upgrade_1.0","start_ver":"1.0.0.1001","target_ver":"2.0.0.1"})"
+    "\n",
+    nullptr};
+
+TEST_P(Platform, ComplainsAboutWhatDiffers) {
+    for (const Asked& asked : GetParam().asked) {
+        ask(asked);
+    }
+    const auto complaints = platform.endRun().complaints;
+    const std::string first = complaints.empty() ? "" : complaints.front();
+    EXPECT_NE(first.find(GetParam().complaint), std::string::npos) << first;
+    EXPECT_EQ(complaints.empty(), *GetParam().complaint == '\0') << first;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, Platform,
+    testing::Values(Case{"Right", {right, rightDiff}, ""},
+                    Case{"NoNewline",
+                         {{upgradePath, std::string(upgradeBody).substr(0, 199), nullptr}},
+                         "body differs at byte"},
+                    Case{"OtherVersion",
+                         {{diffPath, rightDiff.body, nullptr}},
+                         "out of order, expected GetUpgradePacket"},
+                    Case{"Repeated", {right, right}, "out of order, expected GetFullPacketDiff"},
+                    Case{"SkipsAStep", {right, {metasPath, "null\n", nullptr}}, "out of order"},
+                    Case{"SurplusHeader",
+                         {{upgradePath, upgradeBody, "BrevToken: x"}},
+                         "beside it BrevToken: x"},
+                    Case{"OtherPath",
+                         {{"/PacketV2/Other", "", nullptr}},
+                         "POST /PacketV2/Other: nothing is there"}),
+    [](const auto& tested) { return tested.param.name; });
+
+TEST(PlatformWithoutClient, ComplainsAboutEveryQuestionThatNeverCame) {
+    sandbox::UpdatePlatform platform(testing::TempDir(), nullptr);
+    platform.start();
+    platform.beginRun({}, {});
+    EXPECT_EQ(platform.endRun().complaints.size(), 5U);
+}
+
+} // namespace

@@ -1,0 +1,261 @@
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "sandbox/platform/childprocess.h"
+
+// Whole runs by xsandbox: scenarios as they stand, and variations of the small one as
+// JSON patches. What is expected stands in the scenario; a row here says what differs.
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+constexpr int asExpected = 0;
+constexpr int different = 1;
+constexpr int sandboxFailed = 2;
+
+struct Case {
+    const char* name;
+    const char* scenario;
+    const char* patch;
+    int exit = asExpected;
+    const char* says = "everything is as the scenario expects";
+};
+
+void PrintTo(const Case& tested, std::ostream* out) {
+    *out << tested.name;
+}
+
+/// xsandbox with a folder of the test's own.
+class Sandbox : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = (fs::temp_directory_path() / "xsandbox-XXXXXX").string();
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        folder = pattern;
+    }
+
+    void TearDown() override {
+        if (!HasFailure()) {
+            fs::remove_all(folder);
+        }
+    }
+
+    /// Its exit status; what it says is in `said`.
+    int xsandbox(std::vector<std::string> arguments) {
+        const fs::path output = folder / "output.txt";
+        arguments.insert(arguments.end(), {"--folder", (folder / "run").string()});
+        auto child = sandbox::ChildProcess::start(XSANDBOX, arguments, folder, output);
+        const int exit = child ? child->wait() : -1;
+        std::ostringstream text;
+        text << std::ifstream(output).rdbuf();
+        said = text.str();
+        return exit;
+    }
+
+    bool says(const std::string& text) const { return said.find(text) != std::string::npos; }
+
+    fs::path folder;
+    std::string said;
+};
+
+TEST_F(Sandbox, CarriesARunOverItsCommands) {
+    const std::string scenario = (fs::path(SCENARIOS) / "group-waiting.json").string();
+    EXPECT_EQ(xsandbox({"run", scenario, "--steps", "1", "--keep"}), asExpected) << said;
+    EXPECT_EQ(xsandbox({"show"}), asExpected);
+    EXPECT_TRUE(says("waits") && says("runs") && says("helper.exe --whole")) << said;
+    EXPECT_EQ(xsandbox({"restart"}), asExpected);
+    EXPECT_TRUE(says("ended ") && says("1 delete of old files")) << said;
+    EXPECT_EQ(xsandbox({"restart"}), asExpected);
+    EXPECT_TRUE(says("nothing was waiting for a restart")) << said;
+    EXPECT_EQ(xsandbox({"show"}), asExpected);
+    EXPECT_TRUE(says("gone") && !says("waits")) << said;
+}
+
+TEST_F(Sandbox, LeavesAFolderAloneThatIsNoRun) {
+    fs::create_directory(folder / "run");
+    std::ofstream(folder / "run" / "mine.txt") << "mine";
+    const std::string scenario = (fs::path(SCENARIOS) / "small.json").string();
+    EXPECT_EQ(xsandbox({"run", scenario}), sandboxFailed);
+    EXPECT_TRUE(says("holds something else than a run")) << said;
+    EXPECT_TRUE(fs::exists(folder / "run" / "mine.txt"));
+}
+
+class Scenario : public Sandbox, public testing::WithParamInterface<Case> {
+protected:
+    /// The scenario of the case with its patch, in the test's own folder.
+    std::string patched() const {
+        std::ifstream stream(fs::path(SCENARIOS) / GetParam().scenario);
+        const Json scenario = Json::parse(stream).patch(Json::parse(GetParam().patch));
+        const fs::path file = folder / "scenario.json";
+        std::ofstream(file) << scenario.dump(2);
+        return file.string();
+    }
+};
+
+TEST_P(Scenario, EndsAsExpected) {
+    EXPECT_EQ(xsandbox({"run", patched()}), GetParam().exit) << folder << "\n" << said;
+    EXPECT_TRUE(says(GetParam().says)) << said;
+}
+
+std::string nameOf(const testing::TestParamInfo<Case>& tested) {
+    return tested.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Written, Scenario,
+                         testing::Values(Case{"Demo", "demo.json", "[]"},
+                                         Case{"Small", "small.json", "[]"},
+                                         Case{"GroupWaiting", "group-waiting.json", "[]"},
+                                         Case{"GroupRefused", "group-refused.json", "[]"},
+                                         Case{"Hostile", "hostile.json", "[]"},
+                                         Case{"BrokenTransfer", "broken-transfer.json", "[]"}),
+                         nameOf);
+
+/// Nothing is moved, and nothing is asked for but what the row adds.
+#define NOTHING_MOVED                                                                              \
+    R"({"op":"replace","path":"/phases/0/expect","value":{"materials":{"core":["left","1.2.0.1500"],"data":["left",null]}}})"
+
+INSTANTIATE_TEST_SUITE_P(
+    Absent, Scenario,
+    testing::Values(
+        Case{"Quiet", "small.json",
+             R"([{"op":"add","path":"/client/leaveOut","value":["xnquiet.dll"]}])"},
+        Case{"UserCentre", "small.json",
+             R"([{"op":"add","path":"/client/leaveOut","value":["xnuser.dll"]},
+                 {"op":"replace","path":"/phases/0/asks","value":{"version":"1.2.0.1500"}}])"},
+        Case{"Settings", "small.json",
+             R"([{"op":"add","path":"/client/leaveOut","value":["XNSetting.dll"]},
+                 {"op":"remove","path":"/phases/0/expect/settings"},
+                 {"op":"replace","path":"/phases/0/expect/notifications","value":[]}])"},
+        Case{"GuardBase", "small.json",
+             R"([{"op":"add","path":"/client/leaveOut","value":["XNGuardBase.dll"]},
+                 {"op":"add","path":"/phases/0/expect/logs",
+                  "value":["update plugin, can restart tray, xnguardbase nil."]}])"},
+        Case{"ChannelModule", "small.json",
+             R"([{"op":"add","path":"/client/leaveOut","value":["OrvSecurityver.dll"]},
+                 {"op":"add","path":"/phases/0/asks/channel","value":""},
+                 {"op":"add","path":"/phases/0/expect/logs",
+                  "value":["load OrvSecurityver.dll failed. err:"]}])"},
+        Case{"ObjectFactory", "small.json",
+             R"([{"op":"add","path":"/client/leaveOut","value":["OrvBase.dll"]},)" NOTHING_MOVED
+             "]"},
+        Case{"Curl", "small.json",
+             R"([{"op":"add","path":"/client/leaveOut","value":["xncurl.dll"]},)" NOTHING_MOVED
+             "]"},
+        Case{"CurlId", "small.json",
+             R"([{"op":"add","path":"/client/config",
+                  "value":{"absentIds":["module.libcurl"]}},)" NOTHING_MOVED "]"},
+        Case{"Base", "small.json",
+             R"([{"op":"add","path":"/client/leaveOut","value":["xnbase.dll"]},
+                 {"op":"add","path":"/phases/0/questions","value":0},
+                 {"op":"add","path":"/phases/0/host",
+                  "value":["--ticks","8","--limit","60000"]},)" NOTHING_MOVED "]"}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    Client, Scenario,
+    testing::Values(
+        Case{"NoLogin", "small.json",
+             R"([{"op":"add","path":"/client/config","value":{"login":{"token":false}}},
+                 {"op":"replace","path":"/phases/0/asks","value":{"version":"1.2.0.1500"}}])"},
+        Case{"TestSwitch", "small.json",
+             R"([{"op":"add","path":"/client/testIni",
+                  "value":"[Kelvar]\nchannel_id=trial\nupdate_time=10\ntest_param=1\n"},
+                 {"op":"add","path":"/phases/0/asks/channel","value":"trial"},
+                 {"op":"add","path":"/phases/0/asks/test","value":true}])"},
+        Case{
+            "OldVersion", "small.json",
+            R"([{"op":"replace","path":"/client/versions","value":{"update\\version.dat":"1.0.0.999"}},
+                 {"op":"replace","path":"/phases/0/asks/version","value":"0.0.0.0"}])"},
+        Case{"Muted", "small.json",
+             R"([{"op":"add","path":"/client/config","value":{"muteMode":1}},
+                 {"op":"add","path":"/phases/0/questions","value":0},
+                 {"op":"add","path":"/phases/0/host",
+                  "value":["--ticks","8","--limit","60000"]},)" NOTHING_MOVED "]"},
+        Case{
+            "WindowOpen", "small.json",
+            R"([{"op":"add","path":"/client/config","value":{"instances":["XNREPAIR.INSTANCE"]}},)" NOTHING_MOVED
+            R"(,
+                 {"op":"add","path":"/phases/0/expect/downloads","value":["core","data"]},
+                 {"op":"add","path":"/phases/0/expect/update","value":["{core.md5}","{data.md5}"]},
+                 {"op":"add","path":"/phases/0/expect/logs",
+                  "value":["update plugin, kelvar, task move, can't move . "]}])"},
+        Case{
+            "BadSignature", "small.json",
+            R"([{"op":"add","path":"/client/config","value":{"badSignature":["OrvSecurityver.dll"]}},
+                 {"op":"add","path":"/phases/0/questions","value":0},)" NOTHING_MOVED R"(,
+                 {"op":"add","path":"/phases/0/expect/hostExit","value":255}])"}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, Scenario,
+    testing::Values(Case{"MetaRefused", "small.json",
+                         R"([{"op":"add","path":"/phases/0/questions","value":3},
+                 {"op":"add","path":"/phases/0/answers","value":{"GetPacketMeta":{"status":503}}},)" NOTHING_MOVED
+                         R"(,
+                 {"op":"add","path":"/phases/0/expect/logs","value":["getPacketMeta nil"]}])"},
+                    Case{"RowsMissing", "small.json",
+                         R"([{"op":"add","path":"/phases/0/answers",
+                  "value":{"BatchGetMaterialMeta":{"body":"{\"metas\":[]}"}}},)" NOTHING_MOVED R"(,
+                 {"op":"add","path":"/phases/0/expect/logs",
+                  "value":["batchGetMaterialMetaData nil"]}])"},
+                    Case{"NoJson", "small.json",
+                         R"([{"op":"add","path":"/phases/0/answers",
+                  "value":{"BatchGetMaterialMeta":{"body":"no JSON"}}},)" NOTHING_MOVED "]"},
+                    Case{"NoStorageAddress", "small.json",
+                         R"([{"op":"add","path":"/phases/0/answers",
+                  "value":{"GetFileStorageAddr":{"body":"{}"}}},)" NOTHING_MOVED R"(,
+                 {"op":"add","path":"/phases/0/expect/materials","value":{
+                    "core":["refused","1.2.0.1500","download failed"],
+                    "data":["refused",null,"download failed"]}},
+                 {"op":"add","path":"/phases/0/expect/update","value":["{core.md5}","{data.md5}"]}])"}),
+    nameOf);
+
+// The checks are checked: one wrong expectation each has to be found.
+#define WRONG(expectation) R"([{"op":"add","path":"/phases/0/)" expectation "}]"
+
+INSTANTIATE_TEST_SUITE_P(
+    Wrong, Scenario,
+    testing::Values(
+        Case{"Question", "small.json", WRONG(R"(asks/version","value":"1.2.0.1501")"), different,
+             "GetUpgradePacket: body differs at byte"},
+        Case{"State", "small.json",
+             WRONG(R"(expect/materials/core","value":["waiting","1.3.0.1600"])"), different,
+             "core: delayed move onto engine\\core.dll: expected one, found none"},
+        Case{"Reason", "small.json",
+             WRONG(
+                 R"(expect/materials/core","value":["refused","1.2.0.1500","already up to date"])"),
+             different, "core: expected refused: already up to date, found placed"},
+        Case{"Version", "small.json",
+             WRONG(R"(expect/materials/data","value":["placed","1.3.0.1601"])"), different,
+             "data: version at data\\new.dat: expected 1.3.0.1601, found 1.3.0.1600"},
+        Case{"Program", "small.json", WRONG(R"(expect/programs","value":[])"), different,
+             "programs, number 1 of 0: expected nothing, found helper.exe --go"},
+        Case{"Notification", "small.json", WRONG(R"(expect/notifications","value":[])"), different,
+             "notifications, number 1 of 0"},
+        Case{"Download", "small.json", WRONG(R"(expect/downloads","value":["data","core"])"),
+             different, "downloads, number 1 of 2: expected data, found core"},
+        Case{"StoredVersion", "small.json", WRONG(R"(expect/versions","value":{})"), different,
+             "version store, data\\new.dat: expected none"},
+        Case{"FileList", "small.json",
+             WRONG(R"(expect/fileList","value":{"entries":11,"of":["data"]})"), different,
+             "filelist.xml, engine\\core.dll"},
+        Case{"Setting", "small.json",
+             WRONG(R"(expect/settings","value":{"KEY_UPDATE_KELVAR_TEMP_FILE_LIST":[]})"),
+             different, "setting KEY_UPDATE_KELVAR_TEMP_FILE_LIST"},
+        Case{"UpdateFolder", "small.json", WRONG(R"(expect/update","value":[])"), different,
+             "folder update: expected no other files"},
+        Case{"Delayed", "small.json", WRONG(R"(expect/delayed","value":{"deletes":0})"), different,
+             "delayed moves: expected 0 replaces, 0 deletes, found 0 replaces, 1 deletes"},
+        Case{"HostExit", "small.json", WRONG(R"(expect/hostExit","value":3)"), different,
+             "exit status of the host: expected 3, found 0"},
+        Case{"LogLine", "small.json", WRONG(R"(expect/logs","value":["no such line"])"), different,
+             "a line with \"no such line\""}),
+    nameOf);
+
+} // namespace
