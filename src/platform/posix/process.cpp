@@ -11,30 +11,29 @@ namespace platform {
 
 namespace {
 
-std::string readExecutablePath() {
-    char target[maxPath];
-    const ssize_t length = ::readlink("/proc/self/exe", target, sizeof target);
-    if (length <= 0 || length >= static_cast<ssize_t>(maxPath)) {
-        return {};
+/// Text without a destructor: threads of a module outlive its static objects.
+struct PathAtLoad {
+    PathAtLoad() {
+        const ssize_t length = ::readlink("/proc/self/exe", text, sizeof text);
+        if (length <= 0 || length >= static_cast<ssize_t>(sizeof text)) {
+            text[0] = '\0';
+            return;
+        }
+        text[length] = '\0';
+        std::replace(text, text + length, '/', '\\');
     }
-    std::string path(target, static_cast<std::size_t>(length));
-    std::replace(path.begin(), path.end(), '/', '\\');
-    return path;
-}
+
+    char text[maxPath];
+};
 
 /// The link follows the file when an update moves it aside, so the name counts that it had
 /// when this module was loaded.
-const std::string& pathAtLoad() {
-    static const std::string path = readExecutablePath();
-    return path;
-}
-
-[[maybe_unused]] const bool captured = !pathAtLoad().empty();
+const PathAtLoad pathAtLoad;
 
 } // namespace
 
 std::string executablePath() {
-    return pathAtLoad();
+    return pathAtLoad.text;
 }
 
 void endProcess(const std::string& title, const std::string& text, int exitCode) {
