@@ -26,6 +26,7 @@ void XUpdateKelvarService::getVersion(char* version) {
         return;
     }
     if (store->getVersion(virusLibPath, buffer, &length) == 0 && length > 0) {
+        // A text without an end is cut to what the caller's buffer holds.
         copyVersion({buffer, strnlen(buffer, versionSize - 1)}, version);
     } else {
         copyVersion(unknownVersion, version);

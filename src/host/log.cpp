@@ -69,6 +69,15 @@ std::size_t countLambdas(std::string_view text) {
     return countOf(text, "::<lambda") + countOf(text, "::(anonymous class)");
 }
 
+/// One compiler numbers its lambdas: "<lambda_1>".
+void dropNumbers(std::string& name) {
+    constexpr std::string_view numbered = "<lambda_";
+    for (std::size_t at = name.find(numbered); at != std::string::npos; at = name.find(numbered)) {
+        const std::size_t end = name.find('>', at);
+        name.erase(at + numbered.size() - 1, end - at - numbered.size() + 1);
+    }
+}
+
 } // namespace
 
 std::string qualifiedName(std::string_view signature) {
@@ -77,6 +86,7 @@ std::string qualifiedName(std::string_view signature) {
         signature.substr(0, bound == std::string_view::npos ? signature.find(" [") : bound);
     const auto [start, end] = findName(text);
     std::string name(text.substr(start, end - start));
+    dropNumbers(name);
     for (std::size_t i = countLambdas(text.substr(end)); i > 0; --i) {
         name += lambdaName;
     }

@@ -18,6 +18,9 @@ inline constexpr std::size_t maxPath = 260;
 /// Whether a file or folder is there (PathFileExistsA).
 bool fileExists(const std::string& path);
 
+/// Whether a folder is there (PathIsDirectoryA).
+bool isFolder(const std::string& path);
+
 /// Whether a file or folder can be reached (_access with mode 0).
 bool canAccess(const std::string& path);
 

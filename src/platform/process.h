@@ -12,4 +12,8 @@ std::string executablePath();
 /// process with the exit code. No destructor and no exit handler runs.
 [[noreturn]] void endProcess(const std::string& title, const std::string& text, int exitCode);
 
+/// Ends the process at once and without a word, as the system's library does when a text
+/// does not fit its buffer.
+[[noreturn]] void abortProcess();
+
 } // namespace platform

@@ -67,7 +67,7 @@ std::string getAppDir() {
 }
 
 std::string getChannelType() {
-    if (LoadedModule(markerModule, markerFolder).get()) {
+    if (const LoadedModule marker(markerModule, markerFolder); marker.get()) {
         XLOG(logProgress, "there is tarnlyoem.dll, this ver is tarnly.");
         return markerChannel;
     }
@@ -154,7 +154,7 @@ bool isLogined() {
 
 bool readTestConfig(std::string& channelId, int& updateTime, bool& testParam) {
     const std::string file = getAppDir() + "\\test_update_kelvar.ini";
-    if (!platform::fileExists(file)) {
+    if (getAppDir().empty() || !platform::fileExists(file)) {
         return false;
     }
     constexpr const char* section = "Kelvar";

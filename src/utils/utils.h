@@ -11,7 +11,8 @@ namespace utils {
 
 // --- the client ---
 
-/// Folder of the host's executable, without a separator at its end.
+/// Folder of the host's executable, without a separator at its end. Empty when its path
+/// is too long for the system's functions: then nothing may be read or written.
 std::string getAppDir();
 
 /// Channel id of this client; empty when the module that knows it is missing.

@@ -30,6 +30,10 @@ std::string getFileVersion(const char* path, bool* isFileVersion) {
     *isFileVersion = true;
     std::string file = path;
     std::replace(file.begin(), file.end(), '/', '\\');
+    if (getAppDir().empty()) {
+        *isFileVersion = false;
+        return {};
+    }
     const std::string folder = getAppDir() + "\\";
     if (platform::isRelativePath(file)) {
         file.insert(0, folder);

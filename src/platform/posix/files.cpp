@@ -20,6 +20,12 @@ bool fileExists(const std::string& path) {
     return mapped && (::stat(mapped->c_str(), &status) == 0 || failFromErrno(*mapped));
 }
 
+bool isFolder(const std::string& path) {
+    const std::optional<std::string> mapped = mapPath(path);
+    struct stat status {};
+    return mapped && ::stat(mapped->c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 bool canAccess(const std::string& path) {
     const std::optional<std::string> mapped = mapPath(path);
     return mapped && (::access(mapped->c_str(), F_OK) == 0 || failFromErrno(*mapped));

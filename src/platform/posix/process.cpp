@@ -4,6 +4,7 @@
 #include "platform/files.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -39,6 +40,10 @@ std::string executablePath() {
 void endProcess(const std::string& title, const std::string& text, int exitCode) {
     debugOutput((title + ": " + text).c_str());
     ::_exit(exitCode);
+}
+
+void abortProcess() {
+    std::abort();
 }
 
 } // namespace platform

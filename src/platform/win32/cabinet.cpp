@@ -71,7 +71,8 @@ private:
         }
         const std::string& target = member.fullTargetName;
         *std::copy(target.begin(), target.end(), file.FullTargetName) = '\0';
-        isWriting = true;
+        // What stood there before is never deleted, as it may not even have been opened.
+        isWriting = ::GetFileAttributesA(target.c_str()) == INVALID_FILE_ATTRIBUTES;
         return FILEOP_DOIT;
     }
 

@@ -31,6 +31,10 @@ bool fileExists(const std::string& path) {
     return fits(path) && ::PathFileExistsA(path.c_str()) != FALSE;
 }
 
+bool isFolder(const std::string& path) {
+    return fits(path) && ::PathIsDirectoryA(path.c_str()) != FALSE;
+}
+
 bool canAccess(const std::string& path) {
     return fits(path) && ::_access(path.c_str(), 0) == 0;
 }

@@ -19,4 +19,10 @@ void endProcess(const std::string& title, const std::string& text, int exitCode)
     std::abort();
 }
 
+void abortProcess() {
+    constexpr UINT invalidParameter = 0xC0000417; // STATUS_INVALID_CRUNTIME_PARAMETER
+    ::TerminateProcess(::GetCurrentProcess(), invalidParameter);
+    std::abort();
+}
+
 } // namespace platform

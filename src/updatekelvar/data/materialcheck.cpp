@@ -1,5 +1,6 @@
 #include "updatekelvar/data/materialcheck.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "utils/utils.h"
@@ -14,11 +15,12 @@ int XMaterialCheck::parse(const std::string& expression) {
     if (expression.empty()) {
         return -1;
     }
-    std::string rest = expression;
-    while (!rest.empty()) {
-        const std::size_t end = rest.find(clauseSeparator);
-        _parseClause(rest.substr(0, end));
-        rest.erase(0, end == std::string::npos ? end : end + clauseSeparator.size());
+    std::size_t start = 0;
+    while (start < expression.size()) {
+        const std::size_t end =
+            std::min(expression.find(clauseSeparator, start), expression.size());
+        _parseClause(expression.substr(start, end - start));
+        start = end + clauseSeparator.size();
     }
     return 0;
 }

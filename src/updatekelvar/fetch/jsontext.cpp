@@ -10,9 +10,39 @@
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 #endif
 
+namespace {
+
+constexpr int maxDepth = 999; // the library counts the value inside too and throws beyond 1000
+
+/// Whether brackets outside of texts nest deeper than the library bears.
+bool isTooDeep(const std::string& text) {
+    int depth = 0;
+    bool inText = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (inText && c == '\\') {
+            ++i;
+        } else if (c == '"') {
+            inText = !inText;
+        } else if (!inText && (c == '[' || c == '{')) {
+            if (++depth > maxDepth) {
+                return true;
+            }
+        } else if (!inText && (c == ']' || c == '}')) {
+            --depth;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
 namespace jsontext {
 
 bool parse(const std::string& text, Json::Value& root) {
+    if (isTooDeep(text)) {
+        return false;
+    }
     constexpr bool collectComments = true;
     return Json::Reader(Json::Features::strictMode()).parse(text, root, collectComments);
 }

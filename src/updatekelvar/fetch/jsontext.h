@@ -7,9 +7,8 @@
 /// Text of JSON values as the update platform writes and reads it.
 namespace jsontext {
 
-/// Strict JSON: no comments, an object or an array as root. False for any other text,
-/// with `root` undefined. Text nested deeper than 1000 levels throws
-/// Json::RuntimeError out of here.
+/// Strict JSON: no comments, an object or an array as root, nested no deeper than 999
+/// levels. False for any other text, with `root` undefined.
 bool parse(const std::string& text, Json::Value& root);
 
 /// One line and a newline, keys sorted, everything beyond ASCII escaped.

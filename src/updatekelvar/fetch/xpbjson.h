@@ -24,8 +24,8 @@ public:
     void toJsonString(const Message& message, std::string& out, bool enumAsName) const;
 
     /// Reads what the message's fields find; values of another type are passed over.
-    /// False for a text that is no strict JSON, with the message left as it was. Text
-    /// nested deeper than 1000 levels throws Json::RuntimeError out of here.
+    /// False for a text that is no strict JSON or nests deeper than 999 levels, with the
+    /// message left as it was.
     bool fromJsonString(const std::string& json, Message* message, bool enumAsName) const;
 
 private:

@@ -1,6 +1,9 @@
 #include "updatekelvar/helper/filelist.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
+#include <string_view>
 
 #include <pugixml.hpp>
 
@@ -16,12 +19,17 @@ pugi::xml_node fileListOf(const pugi::xml_document& doc) {
     return doc.child("Root").child("FileList");
 }
 
-/// The first entry of that name, in any case; names in the document may be empty.
+bool isSameName(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
+        return std::tolower(x) == std::tolower(y);
+    });
+}
+
+/// The first entry of that name, in any case; an empty name in the document is none.
 pugi::xml_node entryOf(const pugi::xml_document& doc, const std::string& name) {
-    const std::string wanted = utils::toLower(name);
     for (const pugi::xml_node file : fileListOf(doc).children("File")) {
-        const std::string found = utils::toLower(file.attribute("Name").as_string());
-        if (!found.empty() && found == wanted) {
+        const std::string_view found = file.attribute("Name").as_string();
+        if (!found.empty() && isSameName(found, name)) {
             return file;
         }
     }

@@ -42,12 +42,12 @@ bool XTaskKelvarMove::_moveOneFile(const std::string& appDir, const std::string&
                                    const std::string& tempDir, const XMaterialMetaData& row,
                                    XMovePaths& paths, bool* isPE, bool* peeding) {
     *isPE = true;
-    if (!_isSafe(row)) {
-        return false;
-    }
     std::string src = updateDir + row.md5;
     std::string dst = appDir + row.filePath;
     std::replace(dst.begin(), dst.end(), '/', '\\');
+    if (!_isSafe(row, dst)) {
+        return false;
+    }
     const std::string temp = _uniqueTempPath(tempDir + row.md5);
     if (!_preMove(row, appDir, updateDir, dst, src)) {
         XLOG(logProgress, "update plugin, kelvar, task premove, error:", row.md5, " to ",
@@ -67,7 +67,7 @@ bool XTaskKelvarMove::_moveOneFile(const std::string& appDir, const std::string&
     return true;
 }
 
-bool XTaskKelvarMove::_isSafe(const XMaterialMetaData& row) {
+bool XTaskKelvarMove::_isSafe(const XMaterialMetaData& row, const std::string& dst) {
     if (!materialnames::isPlainName(row.md5) || !materialnames::isPlainName(row.fileMd5)) {
         XLOG(logProgress, "update plugin, kelvar, task move, bad name, md5:", row.md5,
              ", file md5:", row.fileMd5);
@@ -75,6 +75,11 @@ bool XTaskKelvarMove::_isSafe(const XMaterialMetaData& row) {
     }
     if (!materialnames::staysBelow(row.filePath)) {
         XLOG(logProgress, "update plugin, kelvar, task move, bad path:", row.filePath,
+             ", md5:", row.md5);
+        return false;
+    }
+    if (platform::isFolder(dst)) {
+        XLOG(logProgress, "update plugin, kelvar, task move, target is a folder:", row.filePath,
              ", md5:", row.md5);
         return false;
     }
@@ -120,7 +125,7 @@ bool XTaskKelvarMove::_expandCabinet(const XMaterialMetaData& row, const std::st
             return platform::cabinetAbort;
         }
         const std::string& name = member.nameInCabinet;
-        if (materialnames::staysBelow(name) && utils::toLower(name) != utils::toLower(row.md5)) {
+        if (materialnames::staysBelow(name) && !materialnames::isSameFile(name, row.md5)) {
             return platform::cabinetSkip;
         }
         XLOG(logProgress, "update plugin, kelvar, task premove, bad member:", name,

@@ -42,7 +42,7 @@ bool fitsOSVersion(const XMaterialMetaData& row, const std::string& osVersion) {
 
 /// Whether the row brings a file that is not there, or a newer version of it.
 bool isNewerThanFile(const XMaterialMetaData& row, const std::string& appDir) {
-    if (!row.filePath.empty() && !materialnames::staysBelow(row.filePath)) {
+    if (appDir.empty() || (!row.filePath.empty() && !materialnames::staysBelow(row.filePath))) {
         return true; // nothing outside is looked at; the move refuses the row
     }
     if (!platform::fileExists(appDir + "\\" + row.filePath)) {

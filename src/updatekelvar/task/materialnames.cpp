@@ -1,12 +1,16 @@
 #include "updatekelvar/task/materialnames.h"
 
 #include <algorithm>
+#include <cctype>
+#include <optional>
 #include <vector>
 
 #include "platform/text.h"
 #include "utils/utils.h"
 
 namespace {
+
+using Parts = std::vector<std::string>;
 
 /// "." and "..", and what the system takes for them or drops at a name's end.
 bool isDotsAndBlanks(const std::string& name) {
@@ -18,8 +22,38 @@ bool hasForbiddenCharacter(const std::string& text) {
     return text.find(':') != std::string::npos || text.find('\0') != std::string::npos;
 }
 
+/// Names that open a device in whatever folder, with or without an extension.
+bool isDevice(const std::string& name) {
+    std::string stem = utils::toLower(name.substr(0, name.find('.')));
+    stem.erase(stem.find_last_not_of(' ') + 1);
+    if (stem == "con" || stem == "prn" || stem == "aux" || stem == "nul" || stem == "conin$" ||
+        stem == "conout$") {
+        return true;
+    }
+    return stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) &&
+           std::isdigit(static_cast<unsigned char>(stem.back()));
+}
+
 bool isUtf8(const std::string& text) {
     return platform::toUtf8(platform::toWide(text)) == text;
+}
+
+Parts partsOf(std::string path) {
+    std::replace(path.begin(), path.end(), '/', '\\');
+    Parts parts;
+    utils::splitString(path, "\\", parts);
+    return parts;
+}
+
+/// One part of a path as it changes the depth; nothing for one that may not stand there.
+std::optional<int> stepOf(const std::string& part) {
+    if (part.empty() || part == ".") {
+        return 0;
+    }
+    if (part == "..") {
+        return -1;
+    }
+    return isDotsAndBlanks(part) || isDevice(part) ? std::nullopt : std::optional(1);
 }
 
 } // namespace
@@ -27,32 +61,41 @@ bool isUtf8(const std::string& text) {
 namespace materialnames {
 
 bool isPlainName(const std::string& name) {
-    return !isDotsAndBlanks(name) && !hasForbiddenCharacter(name) &&
+    return !isDotsAndBlanks(name) && !hasForbiddenCharacter(name) && !isDevice(name) &&
            name.find_first_of("\\/") == std::string::npos && isUtf8(name);
 }
 
 bool staysBelow(const std::string& path) {
-    std::string separated = path;
-    std::replace(separated.begin(), separated.end(), '/', '\\');
-    if (hasForbiddenCharacter(separated) || separated.starts_with('\\')) {
+    const Parts parts = partsOf(path);
+    if (hasForbiddenCharacter(path) || !isUtf8(path) || parts.front().empty() ||
+        isDotsAndBlanks(parts.back())) {
         return false;
     }
-    std::vector<std::string> parts;
-    utils::splitString(separated, "\\", parts);
     int depth = 0;
     for (const std::string& part : parts) {
-        if (part == "..") {
-            --depth;
-        } else if (!isDotsAndBlanks(part)) {
-            ++depth;
-        } else if (!part.empty() && part != ".") {
+        const std::optional<int> step = stepOf(part);
+        if (!step) {
             return false;
         }
+        depth += *step;
         if (depth < 0) {
             return false;
         }
     }
-    return depth > 0 && !isDotsAndBlanks(parts.back());
+    return depth > 0;
+}
+
+bool isSameFile(const std::string& path, const std::string& name) {
+    Parts walked;
+    for (std::string& part : partsOf(path)) {
+        if (part == "..") {
+            walked.pop_back(); // it stays below: there is one
+        } else if (!part.empty() && part != ".") {
+            part.erase(part.find_last_not_of(". ") + 1); // the system drops them
+            walked.push_back(utils::toLower(part));
+        }
+    }
+    return walked == Parts{utils::toLower(name)};
 }
 
 } // namespace materialnames

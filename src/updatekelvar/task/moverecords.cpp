@@ -1,10 +1,10 @@
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
 #include "host/hostmodules.h"
 #include "host/log.h"
 #include "platform/clock.h"
+#include "platform/process.h"
 #include "updatekelvar/helper/filelist.h"
 #include "updatekelvar/task/xtaskkelvarmove.h"
 #include "utils/utils.h"
@@ -24,7 +24,7 @@ void copyOrEnd(char (&buffer)[Size], const std::string& text, const char* functi
     if (text.size() >= Size) {
         log(logFault, __FILE__, __LINE__, function,
             "update plugin, kelvar, task move, version too long, length:", text.size());
-        std::abort();
+        platform::abortProcess();
     }
     std::memcpy(buffer, text.c_str(), text.size() + 1);
 }
@@ -39,16 +39,17 @@ std::string withBackslashes(std::string path) {
 void XTaskKelvarMove::_updateFileList(const Rows& moved) {
     const std::string appDir = _getAppDir() + "\\";
     std::vector<XNFileItem> items;
-    for (const XMaterialMetaData& row : moved) {
-        XNFileItem item;
-        item.name = withBackslashes(row.filePath);
-        item.version = row.version;
-        item.md5 = row.fileMd5;
+    std::map<const XMaterialMetaData*, std::size_t> known; // rows of groups come repeatedly
+    for (const XMaterialMetaData* row : moved) {
+        if (const auto [place, isNew] = known.emplace(row, items.size()); !isNew) {
+            items.push_back(XNFileItem(items[place->second]));
+            continue;
+        }
         // A file that waits for the restart is described by what stands there today.
-        const std::string path = appDir + item.name;
-        item.isPE = utils::hasFileVersion(path.c_str());
-        item.size = static_cast<std::uint64_t>(utils::getFileSize(path.c_str()));
-        items.push_back(item);
+        const std::string name = withBackslashes(row->filePath);
+        const std::string path = appDir + name;
+        items.push_back({name, row->version, row->fileMd5, utils::hasFileVersion(path.c_str()),
+                         static_cast<std::uint64_t>(utils::getFileSize(path.c_str()))});
     }
     XNFileListHelper().updateFileListItems(items);
 }

@@ -1,6 +1,7 @@
 #include "host/log.h"
 #include "platform/files.h"
 #include "platform/lasterror.h"
+#include "updatekelvar/task/materialnames.h"
 #include "updatekelvar/task/xtaskkelvarmove.h"
 #include "utils/utils.h"
 
@@ -16,6 +17,7 @@ bool XTaskKelvarMove::_updatePadding(const std::string& updateDir, const TextMap
     utils::loadPaddingFileList(old);
     XLOG(logProgress, "update plugin, update padding, load padding, count:", old.size());
     XLOG(logProgress, "update plugin, update padding, new padding, count:", newPadding.size());
+    _dropUnsafe(old);
     _dropOvertaken(updateDir, succ, old);
     _dropInvalid(updateDir, old);
     for (const auto& [target, waiting] : old) {
@@ -34,6 +36,20 @@ bool XTaskKelvarMove::_updatePadding(const std::string& updateDir, const TextMap
     XLOG(logProgress, "update plugin, update padding, save padding, count:", result.size());
     utils::savePaddingFileList(result); // an empty result leaves the older text there
     return true;
+}
+
+void XTaskKelvarMove::_dropUnsafe(TextMap& old) {
+    for (auto entry = old.begin(); entry != old.end();) {
+        // The file of an expanded cabinet is named with a backslash in front.
+        const std::size_t start = entry->second.starts_with('\\') ? 1 : 0;
+        if (materialnames::isPlainName(entry->second.substr(start))) {
+            ++entry;
+            continue;
+        }
+        XLOG(logProgress, "update plugin, update padding, bad name, remove:", entry->first,
+             ", name:", entry->second);
+        entry = old.erase(entry);
+    }
 }
 
 void XTaskKelvarMove::_dropOvertaken(const std::string& updateDir, const TextMap& succ,

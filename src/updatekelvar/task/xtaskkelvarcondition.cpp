@@ -60,7 +60,9 @@ void XTaskKelvarCondition::check(FinishCallback finish) {
 }
 
 bool XTaskKelvarCondition::_checkTimes() {
-    const std::int64_t elapsed = std::int64_t{platform::tickCount()} - lastCheckTick;
+    // Without sign: the stored number may be anything.
+    const auto elapsed = static_cast<std::int64_t>(
+        std::uint64_t{platform::tickCount()} - static_cast<std::uint64_t>(lastCheckTick.load()));
     std::string channelId;
     int updateTime = 0;
     bool testParam = false;
@@ -89,7 +91,7 @@ void XTaskKelvarCondition::_clearTempFiles() {
     }
     utils::clearTempFileList(); // used up now, whatever the sweep achieves
     const std::string dir = _getTempDirPath();
-    if (!platform::fileExists(dir)) {
+    if (utils::getAppDir().empty() || !platform::fileExists(dir)) {
         return;
     }
     const auto entries = platform::listFolder(dir);

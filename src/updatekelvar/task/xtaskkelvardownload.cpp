@@ -39,6 +39,10 @@ bool XTaskKelvarDownload::_downloadAllFile(const std::shared_ptr<XBatchGetMateri
     if (!data) {
         return false;
     }
+    if (utils::getAppDir().empty()) {
+        XLOG(logProgress, "update plugin, kelvar, task download, no application folder.");
+        return false;
+    }
     const ServicePtr<IXCurlService> service(L"module.libcurl");
     if (!service) {
         return false;

@@ -35,6 +35,11 @@ void XTaskKelvarMove::check(const XBatchGetMaterialMetaData* data, FinishCallbac
         end(finish, false);
         return;
     }
+    if (utils::getAppDir().empty()) {
+        XLOG(logProgress, "update plugin, kelvar, task move, no application folder.");
+        end(finish, false);
+        return;
+    }
     if (!_canMove()) {
         XLOG(logProgress, "update plugin, kelvar, task move, can't move . ");
         end(finish, false);
@@ -50,8 +55,8 @@ void XTaskKelvarMove::check(const XBatchGetMaterialMetaData* data, FinishCallbac
         return;
     }
     Rows moved = peMoved;
-    for (const XMaterialMetaData& row : nonPeMoved) {
-        _saveFileVersion(row);
+    for (const XMaterialMetaData* row : nonPeMoved) {
+        _saveFileVersion(*row);
         moved.push_back(row);
     }
     if (!moved.empty()) {
@@ -94,8 +99,8 @@ bool XTaskKelvarMove::_moveAllFile(const std::shared_ptr<XBatchGetMaterialMetaDa
             .tempDir = _getTempDir() + "\\",
             .nonPeMoved = nonPeMoved,
             .peMoved = peMoved};
-    for (const XMaterialMetaData& row : free) {
-        _moveFreeRow(run, row);
+    for (const XMaterialMetaData* row : free) {
+        _moveFreeRow(run, *row);
     }
     run.anyMoved = run.movedCount > 0;
     for (const Rows& group : groups) {
@@ -104,8 +109,8 @@ bool XTaskKelvarMove::_moveAllFile(const std::shared_ptr<XBatchGetMaterialMetaDa
     utils::saveTempFileList(run.tempNames);
     TextMap succ;
     for (const Rows* rows : {&nonPeMoved, &peMoved}) {
-        for (const XMaterialMetaData& row : *rows) {
-            succ[row.filePath] = row.md5;
+        for (const XMaterialMetaData* row : *rows) {
+            succ[row->filePath] = row->md5;
         }
     }
     _updatePadding(run.updateDir, run.newPadding, succ);
@@ -127,7 +132,7 @@ void XTaskKelvarMove::_moveFreeRow(Run& run, const XMaterialMetaData& row) {
     if (row.exec) {
         execMgr.addExec(execMapOf(row));
     }
-    (isPE ? run.peMoved : run.nonPeMoved).push_back(row);
+    (isPE ? run.peMoved : run.nonPeMoved).push_back(&row);
     if (peeding) {
         run.newPadding[row.filePath] = row.fileMd5;
     }
@@ -135,8 +140,8 @@ void XTaskKelvarMove::_moveFreeRow(Run& run, const XMaterialMetaData& row) {
 
 void XTaskKelvarMove::_moveGroup(Run& run, const Rows& rows) {
     Group group;
-    for (const XMaterialMetaData& row : rows) {
-        if (!_moveGroupRow(run, group, row)) {
+    for (const XMaterialMetaData* row : rows) {
+        if (!_moveGroupRow(run, group, *row)) {
             // The rows counted and listed so far stay so, and what was scheduled stays
             // scheduled: only what was placed is taken back.
             for (const XMovePaths& paths : group.moved) {
@@ -174,7 +179,7 @@ bool XTaskKelvarMove::_moveGroupRow(Run& run, Group& group, const XMaterialMetaD
     if (row.exec) {
         group.execs.push_back(execMapOf(row));
     }
-    (isPE ? run.groupPe : run.groupNonPe).push_back(row);
+    (isPE ? run.groupPe : run.groupNonPe).push_back(&row);
     if (peeding) {
         group.anyPeeding = true;
         run.newPadding[row.filePath] = row.fileMd5;
@@ -201,7 +206,7 @@ bool XTaskKelvarMove::_splitByDepends(const std::shared_ptr<XBatchGetMaterialMet
     free.clear();
     std::map<std::string, Rows> byKey;
     for (const XMaterialMetaData& row : data->materials) {
-        (row.dependent.empty() ? free : byKey[row.dependent]).push_back(row);
+        (row.dependent.empty() ? free : byKey[row.dependent]).push_back(&row);
     }
     for (auto& [key, rows] : byKey) {
         groups.push_back(std::move(rows));

@@ -27,7 +27,8 @@ public:
     void check(const XBatchGetMaterialMetaData* data, FinishCallback finish) override;
 
 private:
-    using Rows = std::vector<XMaterialMetaData>;
+    /// Rows of the list that the run works on and that outlives them.
+    using Rows = std::vector<const XMaterialMetaData*>;
     using TextMap = std::map<std::string, std::string>;
 
     /// What a run of _moveAllFile gathers. The folders end in a backslash.
@@ -78,6 +79,7 @@ private:
     /// scheduled. False when there was nothing to do.
     static bool _updatePadding(const std::string& updateDir, const TextMap& newPadding,
                                const TextMap& succ);
+    static void _dropUnsafe(TextMap& old);
     static void _dropOvertaken(const std::string& updateDir, const TextMap& succ,
                                const TextMap& old);
     static void _dropInvalid(const std::string& updateDir, TextMap& old);
@@ -86,7 +88,7 @@ private:
     static bool _moveOneFile(const std::string& appDir, const std::string& updateDir,
                              const std::string& tempDir, const XMaterialMetaData& row,
                              XMovePaths& paths, bool* isPE, bool* peeding);
-    static bool _isSafe(const XMaterialMetaData& row);
+    static bool _isSafe(const XMaterialMetaData& row, const std::string& dst);
     static bool _preMove(const XMaterialMetaData& row, const std::string& appDir,
                          const std::string& updateDir, const std::string& dst, std::string& src);
     static bool _expandCabinet(const XMaterialMetaData& row, const std::string& cabinet,

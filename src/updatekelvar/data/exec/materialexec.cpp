@@ -15,16 +15,13 @@ int XMaterialExec::parseExec(const std::string& exec) {
     if (exec.empty()) {
         return -1;
     }
-    std::string rest = exec;
-    while (!rest.empty()) {
-        const std::size_t at = rest.find(entrySeparator);
-        if (at == std::string::npos) {
-            _parseItem(rest);
-            break;
-        }
-        _parseItem(rest.substr(0, at + 1));            // with its closing bracket
-        rest.erase(0, at + entrySeparator.size() - 1); // the next one keeps its opening bracket
+    std::size_t start = 0;
+    for (std::size_t at = exec.find(entrySeparator); at != std::string::npos;
+         at = exec.find(entrySeparator, start)) {
+        _parseItem(exec.substr(start, at + 1 - start)); // with its closing bracket
+        start = at + entrySeparator.size() - 1;         // the next keeps its opening bracket
     }
+    _parseItem(exec.substr(start));
     return 0;
 }
 
