@@ -10,6 +10,8 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr const char* anyValue = "<any>";
+/// Every check writes it, with a value that no scenario can tell.
+constexpr const char* lastCheckTime = "KEY_UPDATE_KELVAR_LAST_CHECK_TIME";
 
 std::set<std::string> placedTargets(const Comparison& comparison) {
     std::set<std::string> targets;
@@ -58,6 +60,14 @@ void compareSettings(Comparison& comparison) {
         const Json stored = comparison.now.settings.value(key, Json());
         if (!sameSetting(expected, stored)) {
             comparison.differ("setting " + key, expected.dump(), stored.dump());
+        }
+    }
+    for (const auto& [key, stored] : comparison.now.settings.items()) {
+        const bool told = comparison.goals.settings.contains(key) || key == lastCheckTime;
+        // An empty text reads like one that was never written.
+        const bool blank = stored.is_string() && stored.get_ref<const std::string&>().empty();
+        if (!told && !blank) {
+            comparison.differ("setting " + key, "none", stored.dump());
         }
     }
 }

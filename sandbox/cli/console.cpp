@@ -103,6 +103,7 @@ void Console::progress(const std::string& text, double share) {
 void Console::table(const std::vector<std::string>& titles,
                     const std::vector<std::vector<std::string>>& rows) {
     if (rows.empty()) {
+        line("none");
         return;
     }
     const std::vector<std::size_t> widths = widthsOf(titles, rows);

@@ -25,7 +25,7 @@ public:
              const std::vector<std::size_t>& widths);
     /// Shows a share of 0 to 1 behind `text` until the next line; terminals only.
     void progress(const std::string& text, double share);
-    /// Rows under a line of titles, aligned; nothing for no rows.
+    /// Rows under a line of titles, aligned; "none" for no rows.
     void table(const std::vector<std::string>& titles,
                const std::vector<std::vector<std::string>>& rows);
     std::string arrow() const { return can.unicode ? "\u2192" : "->"; }

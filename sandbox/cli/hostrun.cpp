@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <deque>
 #include <stdexcept>
 #include <thread>
 
+#include "sandbox/cli/eventtail.h"
 #include "sandbox/cli/layout.h"
 #include "sandbox/cli/notes.h"
 #include "sandbox/platform/childprocess.h"
@@ -45,20 +47,65 @@ std::size_t waitForTraces(const Folders& folders, std::size_t before, std::size_
     return traces;
 }
 
-void follow(EventTail& tail, ServerFeed& feed, RowTracker& tracker, RunView& view,
-            std::vector<nlohmann::json>& all) {
-    for (const PlatformEvent& event : feed.take()) {
-        view.platform(event);
+/// Shows what the platform and the client tell, in the order in which it happened. The
+/// two arrive apart: of what the platform has told, a transfer is held back until the
+/// client's log says that it begins, and all else comes ahead of the client's next event.
+class Follower {
+public:
+    Follower(const Folders& folders, ServerFeed& platformFeed, RowTracker& rowTracker,
+             RunView& runView)
+        : tail(folders.events()), feed(platformFeed), tracker(rowTracker), view(runView) {
+        tail.next(); // what an earlier run has left
     }
-    for (nlohmann::json& event : tail.next()) {
-        if (isKind(event, "log")) {
-            tracker.see(event.value("text", ""));
-        } else {
-            view.host(event);
+
+    void follow() {
+        for (nlohmann::json& event : tail.next()) {
+            showPlatform();
+            if (isKind(event, "log")) {
+                tracker.see(event.value("text", ""));
+            } else {
+                view.host(event);
+            }
+            seen.push_back(std::move(event));
         }
-        all.push_back(std::move(event));
+        showPlatform();
     }
-}
+
+    /// The host has ended: nothing is held back any longer.
+    std::vector<nlohmann::json> finish() {
+        follow();
+        for (const PlatformEvent& event : held) {
+            view.platform(event);
+        }
+        tracker.end();
+        view.end();
+        return std::move(seen);
+    }
+
+private:
+    void showPlatform() {
+        for (PlatformEvent& event : feed.take()) {
+            held.push_back(std::move(event));
+        }
+        while (!held.empty() && hasBegun(held.front())) {
+            view.platform(held.front());
+            held.pop_front();
+        }
+    }
+
+    bool hasBegun(const PlatformEvent& event) const {
+        const BuiltMaterial* material =
+            event.kind == PlatformEvent::Kind::transfer ? view.byFileId(event.text) : nullptr;
+        return material == nullptr || tracker.hasFetched(material->offered.md5);
+    }
+
+    EventTail tail;
+    ServerFeed& feed;
+    RowTracker& tracker;
+    RunView& view;
+    std::deque<PlatformEvent> held;
+    std::vector<nlohmann::json> seen;
+};
 
 } // namespace
 
@@ -66,8 +113,7 @@ HostResult runHost(const Folders& folders, const std::vector<std::string>& argum
                    const std::filesystem::path& outputFile, ServerFeed& feed, RowTracker& tracker,
                    RunView& view) {
     HostResult result;
-    EventTail tail(folders.events());
-    tail.next(); // what an earlier run has left
+    Follower follower(folders, feed, tracker, view);
     const std::size_t tracesBefore = countTraces(folders);
     const auto begin = Clock::now();
     auto host = ChildProcess::start(folders.client() / programFile("trayhost"), arguments,
@@ -76,15 +122,13 @@ HostResult runHost(const Folders& folders, const std::vector<std::string>& argum
         throw std::runtime_error("the host cannot be started");
     }
     while (!host->poll()) {
-        follow(tail, feed, tracker, view, result.events);
+        follower.follow();
         result.peakMemory = std::max(result.peakMemory, peakMemoryOf(host->id()));
         std::this_thread::sleep_for(glance);
     }
     result.exit = host->wait();
     result.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
-    follow(tail, feed, tracker, view, result.events);
-    tracker.end();
-    view.end();
+    result.events = follower.finish();
     result.traces = waitForTraces(folders, tracesBefore, countStarted(result.events));
     return result;
 }

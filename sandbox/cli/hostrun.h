@@ -5,7 +5,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "sandbox/cli/eventtail.h"
 #include "sandbox/cli/rowtracker.h"
 #include "sandbox/cli/runview.h"
 #include "sandbox/cli/serverfeed.h"

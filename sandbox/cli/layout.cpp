@@ -99,10 +99,9 @@ void save(const fs::path& file, const Json& json) {
 }
 
 void writeStores(const Scenario& scenario, const Folders& folders, const std::string& address) {
-    Json config{{"serverAddress", address},
-                {"upgradeAddress", address},
-                {"homeDirectory", folders.home().string()}};
+    Json config{{"serverAddress", address}, {"upgradeAddress", address}};
     config.merge_patch(scenario.client.config);
+    config["homeDirectory"] = folders.home().string();
     save(folders.config(), config);
     save(folders.settings(), scenario.client.settings);
     save(folders.versions(), versionStore(scenario));
@@ -116,7 +115,12 @@ void writeStores(const Scenario& scenario, const Folders& folders, const std::st
 fs::path clientFile(const Folders& folders, const std::string& clientPath) {
     std::string path = clientPath;
     std::replace(path.begin(), path.end(), '\\', '/');
-    return folders.client() / path;
+    const fs::path relative = fs::path(path).lexically_normal();
+    if (relative.empty() || relative == "." || relative.has_root_path() ||
+        *relative.begin() == "..") {
+        throw std::runtime_error("not below the client's folder: \"" + clientPath + "\"");
+    }
+    return folders.client() / relative;
 }
 
 fs::path tracesFolder(const Folders& folders) {

@@ -17,7 +17,8 @@ void clearRunFolder(const Folders& folders);
 void layOutClient(const Scenario& scenario, const Folders& folders,
                   const std::filesystem::path& binaries, const std::string& address);
 
-/// The native file of a client path.
+/// The native file of a client path. Throws std::runtime_error when the path leaves the
+/// client's folder.
 std::filesystem::path clientFile(const Folders& folders, const std::string& clientPath);
 
 /// Where started programs leave their traces.

@@ -74,8 +74,8 @@ int dispatch(int count, char** arguments) {
     CLI::App app("Sandbox of the update plug-in: a client folder, its sibling modules, a host and "
                  "an update platform on loopback.");
     app.footer("Exit status: 0 everything is as expected, 1 something differs, 2 the sandbox "
-               "itself failed.");
-    app.require_subcommand(1);
+               "itself failed or was called wrongly.");
+    app.require_subcommand(0, 1); // none is told below: a wrong one is to be named first
     Options options;
     const CLI::App* runCommand = addRun(app, options);
     CLI::App* restartCommand = app.add_subcommand(
@@ -85,7 +85,16 @@ int dispatch(int count, char** arguments) {
     CLI::App* showCommand = app.add_subcommand("show", "Show what stands in the client's folder");
     addFolder(showCommand, options);
     showCommand->add_flag("--all", options.all, "All entries of filelist.xml");
-    CLI11_PARSE(app, count, arguments);
+    try {
+        app.parse(count, arguments);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? exitAsExpected : exitSandboxFailed;
+    }
+
+    if (app.get_subcommands().empty()) {
+        std::cerr << app.help();
+        return exitSandboxFailed;
+    }
 
     sandbox::Console console(sandbox::standardOutput());
     if (runCommand->parsed()) {

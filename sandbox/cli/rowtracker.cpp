@@ -126,6 +126,7 @@ void RowTracker::see(const std::string& text) {
         }
         break;
     case Rule::Says::fetches:
+        fetched.insert(firstWord(rest));
         current = byMd5(firstWord(rest));
         break;
     case Rule::Says::done:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,8 @@ public:
     void end() { settleOpen(); }
 
     const std::vector<Row>& all() const { return rows; }
+    /// Whether the plug-in has said that it fetches the material of that hash.
+    bool hasFetched(const std::string& md5) const { return fetched.count(md5) != 0; }
 
 private:
     struct Rule;
@@ -52,9 +55,10 @@ private:
     void settleOpen();
 
     std::vector<Row> rows;
-    std::vector<Row*> open; ///< attempted, but their group is not through
-    Row* current = nullptr; ///< that the lines without a name are about
-    std::string refusal;    ///< why the next "not need move" comes
+    std::vector<Row*> open;        ///< attempted, but their group is not through
+    std::set<std::string> fetched; ///< hashes of the downloads that have begun
+    Row* current = nullptr;        ///< that the lines without a name are about
+    std::string refusal;           ///< why the next "not need move" comes
     Listener settled;
 };
 

@@ -119,6 +119,7 @@ void RunView::finishTransfer() {
 void RunView::row(const Row& row) {
     ++settled[row.state];
     if (detailed) {
+        finishTransfer(); // a row that failed in its transfer comes behind it
         section(sectionOf(row));
         console.row(markOf(row.state), {row.material->spec.name, row.material->path, wordsOf(row)},
                     widths);

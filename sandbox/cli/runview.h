@@ -23,11 +23,13 @@ public:
     /// The run is over: sums that are still to be told.
     void end();
 
+    /// The offered material of that file; nullptr for any other.
+    const BuiltMaterial* byFileId(const std::string& fileId) const;
+
 private:
     void section(const std::string& title);
     void transfer(const PlatformEvent& event);
     void finishTransfer();
-    const BuiltMaterial* byFileId(const std::string& fileId) const;
 
     Console& console;
     std::map<std::string, const BuiltMaterial*> materials; ///< by file id

@@ -1,122 +1,179 @@
 #include "sandbox/cli/scenario.h"
 
+#include <algorithm>
 #include <fstream>
 #include <stdexcept>
 
 #include "sandbox/cli/bulk.h"
+#include "sandbox/cli/scenariopart.h"
+#include "sandbox/server/storage.h"
 
 namespace sandbox {
 namespace {
 
 using Json = nlohmann::json;
 
-FileSpec readFile(const Json& json) {
+FileSpec readFile(const ScenarioPart& part) {
     FileSpec file;
-    file.kind = json.value("kind", file.kind);
-    file.version = json.value("version", file.version);
-    file.size = json.value("size", file.size);
+    file.kind = part.get("kind", file.kind);
+    file.version = part.get("version", file.version);
+    file.size = part.get("size", file.size);
     return file;
 }
 
-ClientFile readClientFile(const Json& json) {
-    return {json.at("path").get<std::string>(), readFile(json)};
-}
-
 ClientSpec readClient(const Json& json) {
+    const ScenarioPart part("client", json,
+                            {"version", "versions", "files", "folders", "held", "fileListEntries",
+                             "leaveOut", "background", "config", "settings", "testIni"});
     ClientSpec client;
-    client.version = json.at("version").get<std::string>();
-    client.versions = json.value("versions", client.versions);
-    for (const Json& file : json.value("files", Json::array())) {
-        client.files.push_back(readClientFile(file));
+    client.version = part.need<std::string>("version");
+    client.versions = part.get("versions", client.versions);
+    for (const Json& file : part.list("files")) {
+        const ScenarioPart one("a file of the client", file, {"path", "kind", "version", "size"});
+        client.files.push_back({one.need<std::string>("path"), readFile(one)});
     }
-    for (const Json& held : json.value("held", Json::array())) {
-        client.held.push_back(
-            {held.at("file").get<std::string>(), held.at("by").get<std::string>()});
+    for (const Json& held : part.list("held")) {
+        const ScenarioPart one("a held file", held, {"file", "by"});
+        client.held.push_back({one.need<std::string>("file"), one.need<std::string>("by")});
     }
-    client.folders = json.value("folders", client.folders);
-    client.fileListEntries = json.value("fileListEntries", client.fileListEntries);
-    client.leaveOut = json.value("leaveOut", client.leaveOut);
-    client.background = json.value("background", client.background);
-    client.testIni = json.value("testIni", client.testIni);
-    client.config = json.value("config", client.config);
-    client.settings = json.value("settings", client.settings);
+    client.folders = part.get("folders", client.folders);
+    client.fileListEntries = part.get("fileListEntries", client.fileListEntries);
+    client.leaveOut = part.get("leaveOut", client.leaveOut);
+    client.background = part.get("background", client.background);
+    client.testIni = part.text("testIni");
+    client.config = part.object("config");
+    // The home directory is none of them: a run writes below its own folder only.
+    checkMembers("client, config", client.config,
+                 {"serverAddress", "upgradeAddress", "httpTimeoutMs", "os", "login", "muteMode",
+                  "channelType", "instances", "absentIds", "badSignature"});
+    client.settings = part.object("settings");
     return client;
 }
 
 void readCabinet(const Json& json, MaterialSpec& material) {
-    material.method = json.at("method").get<std::string>();
-    material.memberName = json.value("as", "");
-    for (const Json& member : json.value("with", Json::array())) {
-        material.members.push_back({member.at("name").get<std::string>(), readFile(member)});
+    const ScenarioPart part("cabinet of " + material.name, json, {"method", "with", "as"});
+    material.method = part.need<std::string>("method");
+    material.memberName = part.text("as");
+    for (const Json& member : part.list("with")) {
+        const ScenarioPart one("a member of the cabinet of " + material.name, member,
+                               {"name", "kind", "version", "size"});
+        material.members.push_back({one.need<std::string>("name"), readFile(one)});
     }
 }
 
 MaterialSpec readMaterial(const Json& json) {
+    const ScenarioPart part(
+        "material " + json.value("name", ""), json,
+        {"name", "version", "path", "file", "module", "cabinet", "parameters", "md5", "cutTo"});
     MaterialSpec material;
-    material.name = json.at("name").get<std::string>();
-    material.module = json.value("module", "/components");
-    material.version = json.at("version").get<std::string>();
-    material.path = json.at("path").get<std::string>();
-    material.file = readFile(json.at("file"));
-    if (json.contains("cabinet")) {
+    material.name = part.need<std::string>("name");
+    if (!isPlainName(material.name)) {
+        throw std::runtime_error("the material's name is no plain name: " + material.name);
+    }
+    material.module = part.text("module", "/components");
+    material.version = part.need<std::string>("version");
+    material.path = part.need<std::string>("path");
+    material.file = readFile(ScenarioPart("file of " + material.name, part.need<Json>("file"),
+                                          {"kind", "version", "size"}));
+    if (part.has("cabinet")) {
         readCabinet(json.at("cabinet"), material);
     }
-    material.parameters = json.value("parameters", material.parameters);
-    material.md5 = json.value("md5", "");
-    if (json.contains("cutTo")) {
-        material.cutTo = json.at("cutTo").get<std::size_t>();
+    material.parameters = part.get("parameters", material.parameters);
+    material.md5 = part.text("md5");
+    if (part.has("cutTo")) {
+        material.cutTo = part.need<std::size_t>("cutTo");
     }
     return material;
 }
 
 PlatformSpec readPlatform(const Json& json) {
+    const ScenarioPart part(
+        "platform", json,
+        {"version", "productId", "channelId", "restartTray", "modules", "materials", "bulk"});
     PlatformSpec platform;
-    platform.productId = json.value("productId", "tulsar");
-    platform.channelId = json.value("channelId", "tulsar_upgrade_1.0");
-    platform.version = json.at("version").get<std::string>();
-    platform.restartTray = json.value("restartTray", "");
-    platform.modules = json.value("modules", platform.modules);
-    for (const Json& material : json.value("materials", Json::array())) {
+    platform.productId = part.text("productId", "tulsar");
+    platform.channelId = part.text("channelId", "tulsar_upgrade_1.0");
+    platform.version = part.need<std::string>("version");
+    platform.restartTray = part.text("restartTray");
+    platform.modules = part.get("modules", platform.modules);
+    for (const Json& material : part.list("materials")) {
         platform.materials.push_back(readMaterial(material));
     }
-    if (json.contains("bulk")) {
+    if (part.has("bulk")) {
         appendBulk(json.at("bulk"), platform.materials);
     }
     return platform;
 }
 
+/// What stands in a phase is read when its turn comes; here only that it can be meant.
 Phase readPhase(const Json& json) {
-    const std::string kind = json.at("do").get<std::string>();
+    const ScenarioPart part(
+        "a phase", json,
+        {"do", "title", "expect", "asks", "offers", "questions", "answers", "cut", "host"});
+    const std::string kind = part.need<std::string>("do");
     if (kind != "run" && kind != "restart") {
         throw std::runtime_error("\"do\" is neither \"run\" nor \"restart\": " + kind);
     }
-    return {kind == "restart", json.value("title", kind), json,
-            json.value("expect", Json::object())};
+    Phase phase{kind == "restart", part.text("title", kind.c_str()), json, part.object("expect")};
+    const std::string where = "phase \"" + phase.title + "\", ";
+    const ScenarioPart expect(where + "expect", phase.expect,
+                              {"materials", "downloads", "programs", "notifications", "versions",
+                               "versionsOf", "fileList", "settings", "update", "delayed", "logs",
+                               "hostExit"});
+    checkMembers(where + "fileList", expect.object("fileList"), {"entries", "of"});
+    checkMembers(where + "delayed", expect.object("delayed"), {"replaces", "deletes"});
+    checkMembers(where + "asks", part.object("asks"), {"channel", "version", "oid", "id", "test"});
+    return phase;
+}
+
+/// A list that names a material which is not there would only expect less.
+void checkNames(const Scenario& scenario, const Json& names, const std::string& what) {
+    for (const Json& name : names.is_array() ? names : Json::array()) {
+        const auto& materials = scenario.platform.materials;
+        if (std::none_of(materials.begin(), materials.end(),
+                         [&](const MaterialSpec& material) { return name == material.name; })) {
+            throw std::runtime_error(what + ": there is no material " + name.dump());
+        }
+    }
 }
 
 Scenario readParsed(const Json& json) {
+    const ScenarioPart part("the scenario", json,
+                            {"title", "seed", "client", "platform", "phases"});
     Scenario scenario;
-    scenario.title = json.value("title", "");
-    scenario.seed = json.value("seed", scenario.seed);
-    scenario.client = readClient(json.at("client"));
-    scenario.platform = readPlatform(json.at("platform"));
-    for (const Json& phase : json.at("phases")) {
-        scenario.phases.push_back(readPhase(phase));
+    scenario.title = part.text("title");
+    scenario.seed = part.get("seed", scenario.seed);
+    scenario.client = readClient(part.need<Json>("client"));
+    scenario.platform = readPlatform(part.need<Json>("platform"));
+    for (const Json& step : part.need<std::vector<Json>>("phases")) {
+        scenario.phases.push_back(readPhase(step));
+        const Phase& phase = scenario.phases.back();
+        const Json fileList = phase.expect.value("fileList", Json::object());
+        checkNames(scenario, phase.options.value("offers", Json()), "offers");
+        checkNames(scenario, phase.expect.value("versionsOf", Json()), "versionsOf");
+        checkNames(scenario, fileList.value("of", Json()), "fileList, of");
     }
     return scenario;
+}
+
+/// What went wrong, without the JSON library's number in front.
+std::string reasonOf(const std::exception& error) {
+    const std::string text = error.what();
+    const std::size_t end = text.rfind("[json.exception", 0) == 0 ? text.find("] ") : text.npos;
+    return end == text.npos ? text : text.substr(end + 2);
 }
 
 } // namespace
 
 Scenario readScenario(const std::filesystem::path& file) {
     std::ifstream stream(file);
-    if (!stream) {
+    if (!stream || std::filesystem::is_directory(file)) {
         throw std::runtime_error(file.string() + ": no such scenario");
     }
     try {
         return readParsed(Json::parse(stream));
     } catch (const std::exception& error) {
-        throw std::runtime_error(file.string() + ": " + error.what());
+        throw std::runtime_error(file.string() + ": " + reasonOf(error));
     }
 }
 

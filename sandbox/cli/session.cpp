@@ -16,6 +16,11 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr std::size_t differencesShown = 40;
+constexpr std::size_t differenceLength = 600; // a list of all files may be part of one
+
+std::string shortened(const std::string& text) {
+    return text.size() <= differenceLength ? text : text.substr(0, differenceLength) + "...";
+}
 
 std::vector<std::string> hostArguments(const Phase& phase) {
     return phase.options.value("host",
@@ -69,16 +74,7 @@ void Session::layOut() {
     expectation =
         std::make_unique<Expectation>(materials, readClient(folders), scenario.client.background);
     hold();
-    console.row(Mark::none, {"folder", folders.root().string()}, {8});
-    console.row(Mark::none,
-                {"client", "version " + scenario.client.version + ", " +
-                               counted(scenario.client.files.size(), "file") + ", " +
-                               std::to_string(scenario.client.fileListEntries) +
-                               " entries in filelist.xml"},
-                {8});
-    for (const Holder& holder : readRunState(folders).holders) {
-        console.row(Mark::none, {"in use", holder.file}, {8});
-    }
+    describe();
 }
 
 void Session::build() {
@@ -86,14 +82,26 @@ void Session::build() {
     materials = buildMaterials(scenario, folders.storage(), [&](std::size_t made) {
         console.progress("building materials", static_cast<double>(made) / count);
     });
+}
+
+void Session::describe() {
+    const auto tell = [this](const char* what, const std::string& text) {
+        console.row(Mark::none, {what, text}, {8});
+    };
+    tell("folder", folders.root().string());
+    tell("client", "version " + scenario.client.version + ", " +
+                       counted(scenario.client.files.size(), "file") + ", " +
+                       std::to_string(scenario.client.fileListEntries) +
+                       " entries in filelist.xml");
+    for (const Holder& holder : readRunState(folders).holders) {
+        tell("in use", holder.file);
+    }
     std::uint64_t bytes = 0;
     for (const BuiltMaterial& material : materials) {
         bytes += material.storedSize;
     }
-    console.row(Mark::none,
-                {"platform", "packet " + scenario.platform.version + ", " +
-                                 counted(materials.size(), "material") + ", " + sizeText(bytes)},
-                {8});
+    tell("platform", "packet " + scenario.platform.version + ", " +
+                         counted(materials.size(), "material") + ", " + sizeText(bytes));
 }
 
 void Session::hold() {
@@ -176,7 +184,7 @@ bool Session::conclude(const Phase& phase, const PhaseFacts& facts) {
     }
     console.row(Mark::fault, {counted(differences.size(), "difference")}, {});
     for (std::size_t i = 0; i < std::min(differences.size(), differencesShown); ++i) {
-        console.line("    " + differences[i]);
+        console.line("    " + shortened(differences[i]));
     }
     return false;
 }

@@ -35,6 +35,7 @@ private:
     void layOut();
     void build();
     void hold();
+    void describe();
     Offered offeredIn(const Phase& phase) const;
     PhaseFacts runClient(const Phase& phase);
     PhaseFacts restart();

@@ -100,17 +100,24 @@ std::string bodyDifference(std::string_view expected, std::string_view body) {
            std::to_string(body.size()) + " bytes)";
 }
 
-std::string headerDifference(const Headers& headers) {
+std::string surplusHeaders(const Headers& headers) {
     std::string surplus;
-    int contentTypes = 0;
     for (const auto& [name, value] : headers) {
-        const std::string key = lowered(name);
-        if (key == "content-type" && value == "application/json") {
-            ++contentTypes;
-        } else if (!isTransportHeader(key, value)) {
+        if (!isTransportHeader(lowered(name), value)) {
             surplus.append(surplus.empty() ? "" : ", ").append(name).append(": ").append(value);
         }
     }
+    return surplus;
+}
+
+std::string headerDifference(const Headers& headers) {
+    Headers others;
+    std::copy_if(
+        headers.begin(), headers.end(), std::back_inserter(others), [](const auto& header) {
+            return lowered(header.first) != "content-type" || header.second != "application/json";
+        });
+    const std::size_t contentTypes = headers.size() - others.size();
+    const std::string surplus = surplusHeaders(others);
     if (contentTypes == 1 && surplus.empty()) {
         return "";
     }

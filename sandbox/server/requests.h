@@ -34,6 +34,9 @@ std::string expectedBody(std::size_t question, const Offer& offer, const Expecte
 /// Where `body` leaves `expected`; empty when they are the same.
 std::string bodyDifference(std::string_view expected, std::string_view body);
 
+/// The headers beside those that HTTP itself needs; empty when there are none.
+std::string surplusHeaders(const Headers& headers);
+
 /// What is wrong with the headers of a question; empty when there is exactly the one
 /// header of the client beside what HTTP itself needs.
 std::string headerDifference(const Headers& headers);

@@ -123,14 +123,14 @@ struct UpdatePlatform::State {
     }
 
     void post(const httplib::Request& request, httplib::Response& response) {
-        if (const auto question = questionOf(request.path)) {
+        if (const auto question = questionOf(request.target)) {
             answer(*question, request, response);
-        } else if (request.path == packageCheckPath) {
+        } else if (request.target == packageCheckPath) {
             response.set_content(noPackage, jsonType);
-        } else if (request.path == fileCheckPath) {
+        } else if (request.target == fileCheckPath) {
             response.set_content(noFiles, jsonType);
         } else {
-            refuse("POST " + request.path + ": nothing is there", response);
+            refuse(request.method + " " + request.target + ": nothing is there", response);
         }
     }
 
@@ -173,18 +173,22 @@ struct UpdatePlatform::State {
     }
 
     void get(const httplib::Request& request, httplib::Response& response) {
-        const std::string id = fileIdOf(request.path);
+        const std::string id = fileIdOf(request.target);
         const auto file =
             id.empty() ? nullptr : std::make_shared<StoredFile>(storageFolder + "/" + id);
         if (!file || !file->isOpen()) {
-            refuse("GET " + request.path + ": nothing is there", response);
+            refuse("GET " + request.target + ": nothing is there", response);
             return;
         }
         std::uint64_t limit = file->size();
         {
             const std::lock_guard lock(guard);
             if (!running) {
-                complain("GET " + request.path + ": fetched while no run was under way");
+                complain("GET " + request.target + ": fetched while no run was under way");
+            }
+            const std::string headers = surplusHeaders(headersOf(request));
+            if (!headers.empty()) {
+                complain("GET " + request.target + ": surplus headers " + headers);
             }
             report.downloads.push_back(id);
             const auto cut = run.cutFiles.find(id);
@@ -208,6 +212,10 @@ UpdatePlatform::UpdatePlatform(std::string storageFolder, Observer observer)
     server.Post(".*", [this](const httplib::Request& request, httplib::Response& response) {
         state->post(request, response);
     });
+    const auto unknown = [this](const httplib::Request& request, httplib::Response& response) {
+        state->refuse(request.method + " " + request.target + ": nothing is there", response);
+    };
+    server.Put(".*", unknown).Patch(".*", unknown).Delete(".*", unknown).Options(".*", unknown);
     server.Get(".*", [this](const httplib::Request& request, httplib::Response& response) {
         state->get(request, response);
     });

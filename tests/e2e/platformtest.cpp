@@ -19,6 +19,7 @@ struct Asked {
     std::string path = upgradePath;
     std::string body = upgradeBody;
     const char* header = nullptr; ///< beside the type
+    const char* method = "POST";
 };
 
 struct Case {
@@ -49,6 +50,7 @@ protected:
         const std::string url = platform.address() + asked.path;
         curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
         curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers);
+        curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, asked.method);
         curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE, static_cast<long>(asked.body.size()));
         curl_easy_setopt(curl, CURLOPT_POSTFIELDS, asked.body.c_str());
         curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, &dropBody);
@@ -95,6 +97,15 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"SurplusHeader",
                          {{upgradePath, upgradeBody, "BrevToken: x"}},
                          "beside it BrevToken: x"},
+                    Case{"Parameter",
+                         {{"/PacketV2/GetUpgradePacket?a=1", upgradeBody, nullptr}},
+                         "POST /PacketV2/GetUpgradePacket?a=1: nothing is there"},
+                    Case{"OtherMethod",
+                         {{upgradePath, upgradeBody, nullptr, "PUT"}},
+                         "PUT /PacketV2/GetUpgradePacket: nothing is there"},
+                    Case{"NoFile",
+                         {{"/storage/none", "", nullptr, "GET"}},
+                         "GET /storage/none: nothing is there"},
                     Case{"OtherPath",
                          {{"/PacketV2/Other", "", nullptr}},
                          "POST /PacketV2/Other: nothing is there"}),

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -58,6 +59,27 @@ protected:
         return exit;
     }
 
+    /// Whether each step shows its sections once, in the order of the work.
+    bool tellsInOrder() const {
+        const std::vector<std::string> sections{"  Conversation", "  Not for this client",
+                                                "  Downloads",    "  Files",
+                                                "  Notification", "  Programs",
+                                                "  Result"};
+        auto next = sections.begin();
+        std::istringstream lines(said);
+        for (std::string line; std::getline(lines, line);) {
+            const auto section = std::find(sections.begin(), sections.end(), line);
+            if (section == sections.end()) {
+                next = line.rfind("Step ", 0) == 0 ? sections.begin() : next;
+            } else if (section < next) {
+                return false;
+            } else {
+                next = section + 1;
+            }
+        }
+        return true;
+    }
+
     bool says(const std::string& text) const { return said.find(text) != std::string::npos; }
 
     fs::path folder;
@@ -75,6 +97,15 @@ TEST_F(Sandbox, CarriesARunOverItsCommands) {
     EXPECT_TRUE(says("nothing was waiting for a restart")) << said;
     EXPECT_EQ(xsandbox({"show"}), asExpected);
     EXPECT_TRUE(says("gone") && !says("waits")) << said;
+}
+
+TEST_F(Sandbox, RefusesAWrongCall) {
+    EXPECT_EQ(xsandbox({"rum"}), sandboxFailed);
+    EXPECT_TRUE(says("rum")) << said;
+    EXPECT_EQ(xsandbox({"run", "none.json"}), sandboxFailed);
+    EXPECT_TRUE(says("none.json: no such scenario")) << said;
+    EXPECT_EQ(xsandbox({"show"}), sandboxFailed);
+    EXPECT_TRUE(says("holds no run")) << said;
 }
 
 TEST_F(Sandbox, LeavesAFolderAloneThatIsNoRun) {
@@ -100,6 +131,7 @@ protected:
 
 TEST_P(Scenario, EndsAsExpected) {
     EXPECT_EQ(xsandbox({"run", patched()}), GetParam().exit) << folder << "\n" << said;
+    EXPECT_TRUE(tellsInOrder()) << said;
     EXPECT_TRUE(says(GetParam().says)) << said;
 }
 
@@ -248,6 +280,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Setting", "small.json",
              WRONG(R"(expect/settings","value":{"KEY_UPDATE_KELVAR_TEMP_FILE_LIST":[]})"),
              different, "setting KEY_UPDATE_KELVAR_TEMP_FILE_LIST"},
+        Case{"SettingUntold", "small.json", WRONG(R"(expect/settings","value":{})"), different,
+             "setting KEY_UPDATE_KELVAR_TEMP_FILE_LIST: expected none"},
         Case{"UpdateFolder", "small.json", WRONG(R"(expect/update","value":[])"), different,
              "folder update: expected no other files"},
         Case{"Delayed", "small.json", WRONG(R"(expect/delayed","value":{"deletes":0})"), different,
@@ -256,6 +290,30 @@ INSTANTIATE_TEST_SUITE_P(
              "exit status of the host: expected 3, found 0"},
         Case{"LogLine", "small.json", WRONG(R"(expect/logs","value":["no such line"])"), different,
              "a line with \"no such line\""}),
+    nameOf);
+
+// A scenario that cannot mean what it says is refused.
+#define ADDED(member) R"([{"op":"add","path":"/)" member "}]"
+
+INSTANTIATE_TEST_SUITE_P(
+    Refused, Scenario,
+    testing::Values(
+        Case{"Member", "small.json", ADDED(R"(client/filez","value":[])"), sandboxFailed,
+             "client: there is no member \"filez\""},
+        Case{"Expectation", "small.json", ADDED(R"(phases/0/expect/material","value":{})"),
+             sandboxFailed, "phase \"a run\", expect: there is no member \"material\""},
+        Case{"Home", "small.json", ADDED(R"(client/config","value":{"homeDirectory":"/"})"),
+             sandboxFailed, "client, config: there is no member \"homeDirectory\""},
+        Case{"Kind", "small.json", ADDED(R"(platform/version","value":1)"), sandboxFailed,
+             "platform: member \"version\" is of the wrong kind"},
+        Case{"Offer", "small.json", ADDED(R"(phases/0/offers","value":["cor"])"), sandboxFailed,
+             "offers: there is no material \"cor\""},
+        Case{"Name", "small.json", ADDED(R"(platform/materials/0/name","value":"../core")"),
+             sandboxFailed, "no plain name: ../core"},
+        Case{"File", "small.json", ADDED(R"(client/files/0/path","value":"a\\..\\..\\b")"),
+             sandboxFailed, "not below the client's folder: \"a\\..\\..\\b\""},
+        Case{"Folder", "small.json", ADDED(R"(client/folders","value":["/b"])"), sandboxFailed,
+             "not below the client's folder: \"/b\""}),
     nameOf);
 
 } // namespace

@@ -69,6 +69,7 @@ TEST(LogTest, ReadsTheSpellingsOfTheCompilers) {
         {"void (anonymous namespace)::helper(int)", "(anonymous namespace)::helper"},
         {"void A::t(T) [with T = std::function<void(int)>]", "A::t"},
         {"void A::t(T) [T = int]", "A::t"},
+        {"auto __cdecl A::f::<lambda_12>::operator ()(int) const", "A::f::<lambda>::operator ()"},
         {"", ""},
     };
     for (const auto& [signature, name] : rows) {

@@ -4,80 +4,68 @@
 
 namespace {
 
+using namespace platform;
+
 TEST(Paths, RemoveFileSpec) {
-    const std::pair<const char*, const char*> rows[] = {
-        {"", ""},
-        {"a", ""},
-        {"a\\", "a"},
-        {"a\\b", "a"},
-        {"a\\b\\", "a\\b"},
-        {"\\", "\\"},
-        {"\\a", "\\"},
-        {"\\a\\b", "\\a"},
-        {"C:", "C:"},
-        {"C:a", "C:"},
-        {"C:\\", "C:\\"},
-        {"C:\\a", "C:\\"},
-        {"C:\\a\\", "C:\\a"},
-        {"C:\\a\\b.exe", "C:\\a"},
-        {"a/b\\c", "a/b"},
-        {"\\\\srv\\share", "\\\\srv"},
-        {"\\\\srv\\share\\a", "\\\\srv\\share"},
-    };
+    const char* const rows[][2] = {{"", ""},
+                                   {"a", ""},
+                                   {"a\\", "a"},
+                                   {"a\\b", "a"},
+
+                                   {"\\", "\\"},
+                                   {"\\a", "\\"},
+
+                                   {"C:", "C:"},
+                                   {"C:a", "C:"},
+                                   {"C:\\", "C:\\"},
+                                   {"C:\\a", "C:\\"},
+
+                                   {"C:\\a\\b.exe", "C:\\a"},
+                                   {"a/b\\c", "a/b"},
+                                   {"\\\\srv\\share", "\\\\srv"},
+                                   {"\\\\srv\\share\\a", "\\\\srv\\share"}};
     for (const auto& [path, rest] : rows) {
-        EXPECT_EQ(platform::removeFileSpec(path), rest) << path;
+        EXPECT_EQ(removeFileSpec(path), rest) << path;
     }
 }
 
 TEST(Paths, Append) {
-    const struct {
-        const char* path;
-        const char* more;
-        const char* joined;
-    } rows[] = {
-        {"C:\\a", "b", "C:\\a\\b"},
-        {"C:\\a\\", "b", "C:\\a\\b"},
-        {"C:\\a", "\\b", "C:\\a\\b"},
-        {"C:\\a", "b\\", "C:\\a\\b\\"},
-        {"C:\\a", "", "C:\\a"},
-        {"C:\\", "a", "C:\\a"},
-        {"C:", "a", "C:\\a"},
-        {"", "a", "a"},
-        {"a", "b", "a\\b"},
-        {"\\a", "b", "\\a\\b"},
-        {"C:\\a", "D:\\b", "D:\\b"},
-        {"C:\\a", "\\\\srv\\share\\b", "\\\\srv\\share\\b"},
-        {"\\\\srv\\share", "a\\..\\b", "\\\\srv\\share\\b"},
-        {"C:\\a", "..\\b", "C:\\b"},
-        {"C:\\a\\b", "..", "C:\\a"},
-        {"C:\\a", "..", "C:\\"},
-        {"C:\\a", "..\\..\\..\\b", "C:\\b"},
-        {"\\a", "..\\..\\b", "\\b"},
-        {"C:\\a", ".\\b\\.\\c", "C:\\a\\b\\c"},
-        {"C:\\a", "b..c", "C:\\a\\b..c"},
-        {"a", "..\\b", "\\b"},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(platform::appendPath(row.path, row.more), row.joined)
-            << row.path << " + " << row.more;
-    }
-}
+    const char* const rows[][3] = {{"C:\\a", "b", "C:\\a\\b"},
+                                   {"C:\\a\\", "b", "C:\\a\\b"},
+                                   {"C:\\a", "\\b", "C:\\a\\b"},
+                                   {"C:\\a", "b\\", "C:\\a\\b\\"},
+                                   {"C:\\a", "", "C:\\a"},
 
-TEST(Paths, AppendKeepsTo259Characters) {
+                                   {"C:", "a", "C:\\a"},
+                                   {"", "a", "a"},
+
+                                   {"C:\\a", "D:\\b", "D:\\b"},
+                                   {"C:\\a", "\\\\srv\\share\\b", "\\\\srv\\share\\b"},
+                                   {"\\\\srv\\share", "a\\..\\b", "\\\\srv\\share\\b"},
+                                   {"C:\\a", "..\\b", "C:\\b"},
+
+                                   {"C:\\a", "..", "C:\\"},
+                                   {"C:\\a", "..\\..\\..\\b", "C:\\b"},
+                                   {"\\a", "..\\..\\b", "\\b"},
+                                   {"C:\\a", ".\\b\\.\\c", "C:\\a\\b\\c"},
+                                   {"C:\\a", "b..c", "C:\\a\\b..c"},
+                                   {"a", "..\\b", "\\b"}};
+    for (const auto& [path, more, joined] : rows) {
+        EXPECT_EQ(appendPath(path, more), joined) << path << " + " << more;
+    }
     const std::string longest = "C:\\" + std::string(254, 'a');
-    EXPECT_EQ(platform::appendPath(longest, "b"), longest + "\\b");
-    EXPECT_EQ(platform::appendPath(longest, "bc"), "");
-    EXPECT_EQ(platform::appendPath(std::string(300, 'a'), "b"), "");
-    EXPECT_EQ(platform::appendPath("C:\\a", std::string(300, 'b')), "");
+    EXPECT_EQ(appendPath(longest, "b"), longest + "\\b");
+    EXPECT_EQ(appendPath(longest, "bc"), "");
+    EXPECT_EQ(appendPath(std::string(300, 'a'), "b"), "");
+    EXPECT_EQ(appendPath("C:\\a", std::string(300, 'b')), "");
 }
 
 TEST(Paths, IsRelative) {
-    const std::pair<const char*, bool> rows[] = {
-        {"", true},     {"a", true},    {"a\\b", true},   {"..\\a", true},    {"/a", true},
-        {"\\a", false}, {"C:a", false}, {"C:\\a", false}, {"\\\\srv", false},
-    };
-    for (const auto& [path, isRelative] : rows) {
-        EXPECT_EQ(platform::isRelativePath(path), isRelative) << path;
+    for (const char* path : {"", "a", "a\\b", "..\\a", "/a"}) {
+        EXPECT_TRUE(isRelativePath(path)) << path;
+    }
+    for (const char* path : {"\\a", "C:a", "C:\\a", "\\\\srv"}) {
+        EXPECT_FALSE(isRelativePath(path)) << path;
     }
 }
 
@@ -88,7 +76,7 @@ TEST(Paths, FileName) {
         {"\\a", "a"}, {"C:\\", "C:\\"}, {"a\\\\b", "b"},
     };
     for (const auto& [path, name] : rows) {
-        EXPECT_EQ(platform::fileNameOf(path), name) << path;
+        EXPECT_EQ(fileNameOf(path), name) << path;
     }
 }
 

@@ -24,23 +24,21 @@ namespace {
 
 using namespace platform;
 using posix::DelayedMove;
+using posix::readDelayedMoves;
 
 TEST(SystemPath, TakesTheExactNameFirst) {
     const TemporaryFolder folder;
     std::filesystem::create_directories(folder.onDisk("Sub/inner"));
     for (const char* name : {"b.txt", "B.TXT", "Sub/C.txt", "Sub/c.TXT"}) {
-        folder.write(name, std::string(name));
+        folder.write(name, name);
     }
-    const std::pair<const char*, const char*> rows[] = {
-        {"b.txt", "b.txt"},
-        {"B.TXT", "B.TXT"},
-        {"B.txt", "B.TXT"},
-        {"sub\\c.txt", "Sub/C.txt"},
-        {"sub/INNER\\x", "Sub/inner/x"},
-        {"sub\\absent\\INNER", "Sub/absent/INNER"},
-        {"sub\\\\c.TXT", "Sub//c.TXT"},
-        {"absent", "absent"},
-    };
+    const std::pair<const char*, const char*> rows[] = {{"b.txt", "b.txt"},
+                                                        {"B.TXT", "B.TXT"},
+                                                        {"B.txt", "B.TXT"},
+                                                        {"sub\\c.txt", "Sub/C.txt"},
+                                                        {"sub/INNER\\x", "Sub/inner/x"},
+                                                        {"sub\\absent\\INNER", "Sub/absent/INNER"},
+                                                        {"sub\\\\c.TXT", "Sub//c.TXT"}};
     for (const auto& [path, mapped] : rows) {
         EXPECT_EQ(systemPath(folder.path(path)), folder.onDisk("").string() + mapped) << path;
     }
@@ -51,14 +49,12 @@ TEST(SystemPath, TakesTheExactNameFirst) {
 }
 
 TEST(MoveAcrossVolumes, Fails) {
-    const std::filesystem::path other = "/dev/shm";
     const TemporaryFolder folder;
-    if (!std::filesystem::is_directory(other)) {
+    if (!std::filesystem::is_directory("/dev/shm")) {
         GTEST_SKIP() << "no second volume on this machine";
     }
     const std::string from = folder.write("file", "text");
-    const std::string to = "\\dev\\shm\\" + fileNameOf(folder.path());
-    EXPECT_FALSE(moveFile(from, to.c_str(), 0));
+    EXPECT_FALSE(moveFile(from, ("\\dev\\shm\\" + fileNameOf(folder.path())).c_str(), 0));
     EXPECT_EQ(lastError(), errorNotSameDevice);
     EXPECT_FALSE(moveFile(from, nullptr, 0));
     EXPECT_EQ(lastError(), errorInvalidParameter);
@@ -75,7 +71,7 @@ protected:
         requests.push_back(request);
     }
     posix::ApplyResult restart() { return posix::applyDelayedMoves(folder.path()); }
-    std::vector<DelayedMove> noted() { return posix::readDelayedMoves(folder.path()); }
+    std::vector<DelayedMove> noted() { return readDelayedMoves(folder.path()); }
 
     TemporaryFolder folder;
     std::vector<DelayedMove> requests;
@@ -90,52 +86,39 @@ TEST_F(DelayedMoves, KeepAnyBytesOfAName) {
     EXPECT_EQ(noted(), requests);
 }
 
-TEST_F(DelayedMoves, AreCarriedOutInOrder) {
-    folder.write("new", "new");
-    folder.write("old", "old");
-    folder.write("temp", "temp");
+TEST_F(DelayedMoves, AreCarriedOutInOrderAndAFailureIsTold) {
+    for (const char* name : {"new", "old", "temp", "held"}) {
+        folder.write(name, name);
+    }
+    delayed("new", "missing\\target");
+    delayed("new", "temp", false);
+    delayed("new", "held");
     delayed("OLD", "older");
     delayed("new", "old");
     delayed("temp", std::nullopt);
     delayed("absent", "older");
     delayed("absent", std::nullopt);
-    const auto result = restart();
-    EXPECT_EQ(result.applied, 5U);
-    EXPECT_TRUE(result.failures.empty());
-    EXPECT_EQ(folder.read("old"), "new");
-    EXPECT_EQ(folder.read("older"), "old");
-    EXPECT_EQ(folder.entryCount(), 2U);
-    EXPECT_EQ(restart().applied, 0U);
-}
-
-TEST_F(DelayedMoves, AFailureIsToldAndGone) {
-    folder.write("new", "new");
-    folder.write("held", "held");
-    folder.write("last", "last");
-    delayed("new", "missing\\target");
-    delayed("new", "last", false);
-    delayed("new", "held");
-    delayed("last", std::nullopt);
     const sandbox::HeldFile held(folder.onDisk("held"));
     const auto result = restart();
-    ASSERT_EQ(result.failures.size(), 3U);
-    EXPECT_EQ(result.failures[0].error, errorPathNotFound);
-    EXPECT_EQ(result.failures[1].error, errorAlreadyExists);
-    EXPECT_EQ(result.failures[2].error, errorSharingViolation);
-    EXPECT_EQ(result.failures[2].request, requests[2]);
-    EXPECT_EQ(result.applied, 1U);
-    EXPECT_TRUE(noted().empty());
-    EXPECT_EQ(folder.entryCount(), 2U);
+    constexpr Error errors[] = {errorPathNotFound, errorAlreadyExists, errorSharingViolation};
+    ASSERT_EQ(result.failures.size(), std::size(errors));
+    for (std::size_t index = 0; index < std::size(errors); ++index) {
+        EXPECT_EQ(result.failures[index].error, errors[index]);
+        EXPECT_EQ(result.failures[index].request, requests[index]);
+    }
+    EXPECT_EQ(result.applied, 5U);
+    EXPECT_EQ(folder.read("old"), "new");
+    EXPECT_EQ(folder.read("older"), "old");
+    EXPECT_EQ(folder.entryCount(), 3U) << "the journal is gone";
 }
 
 TEST_F(DelayedMoves, ACutLastLineIsNoRequest) {
     delayed("a", "b");
     delayed("c", std::nullopt);
     const std::string journal = *folder.read(posix::delayedMovesJournal);
-    const std::size_t firstLine = journal.find('\n') + 1;
     for (std::size_t size = 0; size < journal.size(); ++size) {
         folder.write(posix::delayedMovesJournal, journal.substr(0, size));
-        EXPECT_EQ(noted().size(), size < firstLine ? 0U : 1U) << size;
+        EXPECT_EQ(noted().size(), size <= journal.find('\n') ? 0U : 1U) << size;
     }
     delayed("d", std::nullopt);
     EXPECT_EQ(noted(), (std::vector<DelayedMove>{requests[0], requests[2]}));
@@ -149,33 +132,25 @@ TEST_F(DelayedMoves, OtherLinesAreLeftOut) {
 }
 
 TEST_F(DelayedMoves, MayBeNotedByManyThreads) {
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int index = 0; index < 4; ++index) {
-        threads.emplace_back([&, index] {
-            for (int count = 0; count < 10; ++count) {
-                posix::appendDelayedMove(folder.path(), {std::to_string(index), "x", true});
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    const auto note = [this] {
+        for (int count = 0; count < 20; ++count) {
+            posix::appendDelayedMove(folder.path(), {"a", "b", true});
+        }
+    };
+    std::thread other(note);
+    note();
+    other.join();
     EXPECT_EQ(noted().size(), 40U);
 }
 
-TEST_F(DelayedMoves, LieBesideTheHost) {
+TEST_F(DelayedMoves, OfAFileInUseAreNotedBesideTheHost) {
     const std::string host = removeFileSpec(executablePath());
-    posix::applyDelayedMoves(host);
     const std::string from = folder.write("file", "text");
     const sandbox::HeldFile held(folder.onDisk("file"));
     EXPECT_FALSE(moveFile(folder.path("absent"), nullptr, moveDelayUntilReboot));
     EXPECT_EQ(lastError(), errorFileNotFound);
-    EXPECT_TRUE(moveFile(folder.path("\\file"), folder.path("to").c_str(),
-                         moveDelayUntilReboot | moveReplaceExisting));
-    EXPECT_TRUE(moveFile(from, nullptr, moveDelayUntilReboot));
-    EXPECT_EQ(posix::readDelayedMoves(host),
-              (std::vector<DelayedMove>{{from, folder.path("to"), true}, {from, {}, false}}));
+    EXPECT_TRUE(moveFile(folder.path("\\file"), nullptr, moveDelayUntilReboot));
+    EXPECT_EQ(readDelayedMoves(host), (std::vector<DelayedMove>{{from, {}, false}}));
     EXPECT_EQ(folder.read("file"), "text");
     EXPECT_TRUE(removeFile(host + '\\' + posix::delayedMovesJournal));
     EXPECT_FALSE(posix::appendDelayedMove(folder.path("absent"), {from, {}, false}));
@@ -183,10 +158,10 @@ TEST_F(DelayedMoves, LieBesideTheHost) {
 }
 
 TEST(PosixCabinet, AMemberThatDoesNotFitIsRemoved) {
+    using namespace materials;
     const TemporaryFolder folder;
     const std::string cabinet =
-        folder.write("in.cab", materials::buildCabinet(materials::CabMethod::mszip,
-                                                       {{"a", materials::Bytes(100000, 'a')}}));
+        folder.write("in.cab", buildCabinet(CabMethod::mszip, {{"a", Bytes(100000, 'a')}}));
     rlimit old{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
     ASSERT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
@@ -202,22 +177,18 @@ TEST(PosixCabinet, AMemberThatDoesNotFitIsRemoved) {
 }
 
 TEST(PosixModules, MayStandBesideAnImage) {
-    const std::string host = removeFileSpec(executablePath());
-    const std::string image = host + "\\carried.dll";
-    const std::string library = image + ".so";
-    const auto bytes = materials::buildPeFile({{1, 2, 3, 4}});
-    std::ofstream(systemPath(image))
-        .write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
-    EXPECT_EQ(loadModule(L"carried.dll"), nullptr);
+    const TemporaryFolder folder;
+    const std::string image = folder.write("carried.dll", materials::buildPeFile({{1, 2, 3, 4}}));
+    const std::wstring name = toWide(image);
+    EXPECT_EQ(loadModule(name.c_str()), nullptr);
     EXPECT_EQ(lastError(), errorBadExeFormat);
-    std::filesystem::copy_file(systemPath(host + "\\PlatformTest.dll"), systemPath(library));
-    const ModuleHandle module = loadModule(L"carried.dll");
+    std::filesystem::copy_file(systemPath(removeFileSpec(executablePath()) + "\\PlatformTest.dll"),
+                               folder.onDisk("carried.dll.so"));
+    const ModuleHandle module = loadModule(name.c_str());
     EXPECT_NE(module, nullptr);
     EXPECT_EQ(findModule(L"CARRIED.dll"), module);
     EXPECT_EQ(readFileVersion(image), (FileVersion{1, 2, 3, 4}));
     freeModule(module);
-    EXPECT_TRUE(removeFile(image) && removeFile(library));
 }
 
 TEST(PosixProcess, EndsWithItsMessage) {

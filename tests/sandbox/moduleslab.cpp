@@ -1,9 +1,8 @@
 #include "moduleslab.h"
 
-#include <chrono>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <thread>
+#include <unistd.h>
 
 #include "platform/text.h"
 #include "sandbox/common/config.h"
@@ -15,20 +14,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* moduleFiles[] = {"xnbase.dll",  "XNSetting.dll",     "xnuser.dll",
-                                       "xnquiet.dll", "OrvBase.dll",       "XNGuardBase.dll",
-                                       "xncurl.dll",  "OrvSecurityver.dll"};
+constexpr const char* moduleFiles[] = {"xnbase.dll",        "XNSetting.dll",   "xnuser.dll",
+                                       "OrvBase.dll",       "XNGuardBase.dll", "xncurl.dll",
+                                       "OrvSecurityver.dll"};
 
 /// One client that differs from a healthy one wherever a test looks.
 nlohmann::json clientOfTests() {
     sandbox::Config config;
-    config.serverAddress = "http://127.0.0.1:1";
     config.httpTimeoutMs = 2000;
-    config.login.device = false;
-    config.muteMode = 7;
     config.channelType = "a_channel";
-    config.instances = {"TULSAR.INSTANCE"};
-    config.absentIds = {"module.xnguardbase"};
     config.badSignature = {"Bad.dll"};
     return config;
 }
@@ -36,9 +30,8 @@ nlohmann::json clientOfTests() {
 } // namespace
 
 sandbox::Folders lab::layOut(const fs::path& parent) {
-    sandbox::Folders folders(
-        parent /
-        ("modules-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count())));
+    sandbox::Folders folders(parent / ("modules-" + std::to_string(::getpid())));
+    fs::remove_all(folders.root());
     fs::create_directories(folders.client());
     fs::create_directories(folders.state());
     const fs::path program = sandbox::executableFile();
@@ -60,16 +53,6 @@ void* lab::address(const wchar_t* module, const char* name) {
     void* const found = platform::findExport(handle, name);
     EXPECT_NE(found, nullptr) << platform::toUtf8(module) << ' ' << name;
     return found;
-}
-
-bool lab::eventually(const std::function<bool()>& holds) {
-    for (int tries = 0; tries < 6000; ++tries) {
-        if (holds()) {
-            return true;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return false;
 }
 
 lab::Events::Events() {

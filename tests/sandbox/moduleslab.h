@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,10 +23,6 @@ template <class Function>
 Function bind(const wchar_t* module, const char* name) {
     return reinterpret_cast<Function>(address(module, name));
 }
-
-/// Waits for what another thread or process does; false when it has not come in a time
-/// that no healthy machine needs.
-bool eventually(const std::function<bool()>& holds);
 
 /// The events from its making on.
 class Events {

@@ -11,13 +11,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The program that tests have started: leaves its process number and its arguments.
+/// The program that tests have started: tells its process number and its arguments.
 int leaveTrace(char** arguments) {
-    const fs::path trace = arguments[0];
-    std::ofstream(trace.string() + ".new")
-        << nlohmann::json{{"process", getpid()},
-                          {"arguments", std::vector<std::string>(arguments + 1, arguments + 3)}};
-    fs::rename(trace.string() + ".new", trace);
+    std::ofstream(arguments[0]) << nlohmann::json{
+        {"process", getpid()},
+        {"arguments", std::vector<std::string>(arguments + 1, arguments + 3)}};
     return 0;
 }
 

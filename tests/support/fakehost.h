@@ -1,13 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <condition_variable>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <mutex>
 #include <set>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "host/orvobject.h"
 #include "sandbox/materials/content.h"
@@ -27,14 +27,14 @@ public:
         std::string text;
     };
     struct Request {
-        int method;
+        int method = 0;
         std::string url;
         std::vector<std::pair<std::string, std::string>> headers;
         std::string body;
     };
     struct Answer {
         int error = 0;
-        int status = 200;
+        int status = 404;
         std::string body;
     };
     struct Transfer {
@@ -45,35 +45,40 @@ public:
 
     FakeHost();
     ~FakeHost();
-    FakeHost(const FakeHost&) = delete;
-    FakeHost& operator=(const FakeHost&) = delete;
-    static FakeHost& current();
 
     // --- what is there ---
 
-    void without(const std::wstring& module) { fake::removeModule(module); }
-    void without(const std::wstring& module, const std::string& name) {
-        fake::removeExport(module, name);
+    /// Takes an export away, or a whole module.
+    void without(const std::wstring& module, const std::string& name = "") {
+        fake::remove(module, name);
     }
-    void withoutId(const std::wstring& moduleId) { absentIds.insert(moduleId); }
+    void withoutId(const std::wstring& moduleId) { fake::remove(moduleId); }
     std::set<std::wstring> badSignatures; ///< modules that loadXNLibrary refuses with -2
-    std::set<std::wstring> absentIds;
 
     // --- the client folder ---
 
     /// The application folder, as the system and as the client spell it.
     const std::filesystem::path folder;
-    std::string clientFolder() const;
     std::string clientPath(const std::string& relative) const {
-        return clientFolder() + "\\" + relative;
+        return respelled(folder.string(), '/', '\\') + "\\" + relative;
     }
-    std::filesystem::path diskPath(const std::string& relative) const;
-    void has(const std::string& relative, const std::string& bytes) const;
+    std::filesystem::path diskPath(const std::string& relative) const {
+        return folder / respelled(relative, '\\', '/');
+    }
+    void has(const std::string& relative, const std::string& bytes) const {
+        std::filesystem::create_directories(diskPath(relative).parent_path());
+        std::ofstream(diskPath(relative), std::ios::binary) << bytes;
+    }
     void has(const std::string& relative, const materials::Bytes& bytes) const {
         has(relative, std::string(bytes.begin(), bytes.end()));
     }
-    bool exists(const std::string& relative) const;
-    std::string bytesOf(const std::string& relative) const;
+    bool exists(const std::string& relative) const {
+        return std::filesystem::exists(diskPath(relative));
+    }
+    std::string bytesOf(const std::string& relative) const {
+        std::ifstream file(diskPath(relative), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
 
     // --- services ---
 
@@ -91,11 +96,9 @@ public:
 
     // --- HTTP ---
 
-    /// Answers a request; called at once, or on a thread of its own when `onThread`.
-    std::function<Answer(const Request&)> onRequest;
-    bool onThread = false;
+    std::map<std::string, Answer> answers; ///< by the last element of the path
+    bool onThread = false;                 ///< an answer comes on a thread of its own
     const char* serverAddress = "http://kelvar.test";
-    const char* upgradeAddress = "http://upgrade.test";
     std::vector<Request> requests;
 
     /// Answers a transfer of the libcurl service.
@@ -105,20 +108,48 @@ public:
 
     // --- the log ---
 
-    std::vector<LogLine> log() const;
-    void addLog(LogLine line);
-    std::size_t count(const std::string& text) const; ///< lines that hold `text`
+    std::vector<LogLine> log() const {
+        const std::lock_guard guard(mutex);
+        return lines;
+    }
+    void addLog(LogLine line) {
+        const std::lock_guard guard(mutex);
+        lines.push_back(std::move(line));
+        changed.notify_all();
+    }
+    /// Lines that hold `text`.
+    std::size_t count(const std::string& text) const { return linesWith(text, log()).size(); }
     bool logged(const std::string& text) const { return count(text) > 0; }
-    LogLine lineWith(const std::string& text) const;
+    LogLine lineWith(const std::string& text) const {
+        const auto found = linesWith(text, log());
+        return found.empty() ? LogLine{} : found.front();
+    }
     /// Blocks until that many lines hold `text`.
-    void awaitLog(const std::string& text, std::size_t times = 1) const;
+    void awaitLog(const std::string& text, std::size_t times = 1) const {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&] { return linesWith(text, lines).size() >= times; });
+    }
 
-    /// Runs a delivery; joined when the host goes.
-    void deliver(std::function<void()> call);
+    /// Runs a delivery on a thread that is joined when the host goes.
+    void deliver(std::function<void()> call) {
+        // A delivery may ask for the next one before this call has come back.
+        const std::lock_guard guard(deliveryMutex);
+        deliveries.emplace_back(std::move(call));
+    }
 
 private:
+    static std::string respelled(std::string path, char from, char to) {
+        std::replace(path.begin(), path.end(), from, to);
+        return path;
+    }
+    static std::vector<LogLine> linesWith(const std::string& text, std::vector<LogLine> from) {
+        std::erase_if(from, [&](const LogLine& line) { return line.text.find(text) == text.npos; });
+        return from;
+    }
+
     mutable std::mutex mutex;
     mutable std::condition_variable changed;
     std::vector<LogLine> lines;
+    std::mutex deliveryMutex;
     std::vector<std::thread> deliveries;
 };

@@ -1,9 +1,8 @@
 #include "support/fakeprocess.h"
 
-#include <condition_variable>
+#include <atomic>
+#include <memory>
 #include <mutex>
-#include <optional>
-#include <thread>
 
 #include "platform/clock.h"
 #include "platform/debug.h"
@@ -18,89 +17,59 @@ struct FakeModule {
     int references = 0;
 };
 
-struct State {
-    std::mutex mutex;
-    std::condition_variable changed;
+struct Clock {
+    std::atomic<std::uint32_t> tick = 1'000'000;
+    std::atomic<std::uint64_t> elapsed = 0; ///< milliseconds it was set on by
+    std::atomic<int> waiters = 0;
+};
+
+struct Process {
     std::string executable;
     std::map<std::wstring, FakeModule> modules;
     std::vector<std::string> debugLines;
-    fake::Waits waits = fake::Waits::real;
-    std::optional<std::uint32_t> tick;
-    std::uint64_t elapsed = 0; ///< milliseconds that advance and immediate waits have added
-    std::int64_t wallClock = 0;
-    int waiters = 0;
-    int epoch = 0; ///< counts resets: a wait that an earlier test left goes on for good
+    fake::Waits waits = fake::Waits::manual;
+    std::shared_ptr<Clock> clock = std::make_shared<Clock>();
 };
 
-State& state() {
-    static State* const one = new State; // outlives the threads of the engine
-    return *one;
-}
+std::mutex mutex;
+Process& one = *new Process; // outlives the threads of the engine
 
-/// Ends when `ready` holds or the fake clock has gone on by that much.
-bool waitManually(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
-                  std::uint32_t milliseconds, const std::function<bool()>& ready) {
-    std::uint64_t deadline = 0;
-    int epoch = 0;
-    {
-        const std::lock_guard guard(state().mutex);
-        deadline = state().elapsed + milliseconds;
-        epoch = state().epoch;
-        ++state().waiters;
-        state().changed.notify_all();
-    }
-    const auto timeIsUp = [deadline, epoch] {
-        const std::lock_guard guard(state().mutex);
-        return state().epoch == epoch && state().elapsed >= deadline;
-    };
-    while (!ready() && !timeIsUp()) {
-        condition.wait_for(lock, std::chrono::milliseconds(1));
-    }
-    const std::lock_guard guard(state().mutex);
-    state().waiters -= state().epoch == epoch ? 1 : 0;
-    return ready();
-}
+/// The process, for one thread at a time.
+struct Locked {
+    const std::lock_guard<std::mutex> guard{mutex};
+    Process* operator->() const { return &one; }
+};
 
 } // namespace
 
 namespace fake {
 
 void reset() {
-    const std::lock_guard guard(state().mutex);
-    state().executable.clear();
-    state().modules.clear();
-    state().debugLines.clear();
-    state().waits = Waits::real;
-    state().tick.reset();
-    state().wallClock = 0;
-    state().waiters = 0;
-    ++state().epoch;
+    const Locked process;
+    one = {};
 }
 
 void setExecutable(const std::string& clientPath) {
-    const std::lock_guard guard(state().mutex);
-    state().executable = clientPath;
+    Locked()->executable = clientPath;
 }
 
 void addModule(const std::wstring& name, Exports exports, Presence presence) {
-    const std::lock_guard guard(state().mutex);
-    state().modules[name] = {std::move(exports), presence == Presence::loaded, 0};
+    Locked()->modules[name] = {std::move(exports), presence == Presence::loaded, 0};
 }
 
-void removeModule(const std::wstring& name) {
-    const std::lock_guard guard(state().mutex);
-    state().modules.erase(name);
-}
-
-void removeExport(const std::wstring& module, const std::string& name) {
-    const std::lock_guard guard(state().mutex);
-    state().modules.at(module).exports.erase(name);
+void remove(const std::wstring& module, const std::string& name) {
+    const Locked process;
+    if (name.empty()) {
+        process->modules.erase(module);
+    } else {
+        process->modules.at(module).exports.erase(name);
+    }
 }
 
 void* load(const std::wstring& name) {
-    const std::lock_guard guard(state().mutex);
-    const auto found = state().modules.find(name);
-    if (found == state().modules.end()) {
+    const Locked process;
+    const auto found = process->modules.find(name);
+    if (found == process->modules.end()) {
         return nullptr;
     }
     found->second.loaded = true;
@@ -109,40 +78,32 @@ void* load(const std::wstring& name) {
 }
 
 int references(const std::wstring& name) {
-    const std::lock_guard guard(state().mutex);
-    return state().modules.at(name).references;
+    return Locked()->modules.at(name).references;
 }
 
 void setWaits(Waits waits) {
-    const std::lock_guard guard(state().mutex);
-    state().waits = waits;
+    Locked()->waits = waits;
 }
 
 void setTick(std::uint32_t tick) {
-    const std::lock_guard guard(state().mutex);
-    state().tick = tick;
+    Locked()->clock->tick = tick;
 }
 
 void advance(std::uint32_t milliseconds) {
-    const std::lock_guard guard(state().mutex);
-    state().tick = state().tick.value_or(0) + milliseconds;
-    state().elapsed += milliseconds;
-    state().changed.notify_all();
-}
-
-void setWallClock(std::int64_t seconds) {
-    const std::lock_guard guard(state().mutex);
-    state().wallClock = seconds;
+    const Locked process;
+    process->clock->tick += milliseconds;
+    process->clock->elapsed += milliseconds;
 }
 
 void awaitWaiters(int count) {
-    std::unique_lock lock(state().mutex);
-    state().changed.wait(lock, [count] { return state().waiters >= count; });
+    const std::shared_ptr<Clock> clock = Locked()->clock;
+    for (int now = clock->waiters; now < count; now = clock->waiters) {
+        clock->waiters.wait(now);
+    }
 }
 
 std::vector<std::string> debugLines() {
-    const std::lock_guard guard(state().mutex);
-    return state().debugLines;
+    return Locked()->debugLines;
 }
 
 } // namespace fake
@@ -150,9 +111,9 @@ std::vector<std::string> debugLines() {
 namespace platform {
 
 ModuleHandle findModule(const wchar_t* name) {
-    const std::lock_guard guard(state().mutex);
-    const auto found = state().modules.find(name);
-    return found != state().modules.end() && found->second.loaded ? &found->second : nullptr;
+    const Locked process;
+    const auto found = process->modules.find(name);
+    return found != process->modules.end() && found->second.loaded ? &found->second : nullptr;
 }
 
 ModuleHandle loadModule(const wchar_t* name) {
@@ -160,70 +121,62 @@ ModuleHandle loadModule(const wchar_t* name) {
 }
 
 void freeModule(ModuleHandle module) {
+    const Locked process;
     if (module) {
-        const std::lock_guard guard(state().mutex);
         --static_cast<FakeModule*>(module)->references;
     }
 }
 
 void* findExport(ModuleHandle module, const char* name) {
+    const Locked process;
     if (!module) {
         return nullptr;
     }
-    const std::lock_guard guard(state().mutex);
     const fake::Exports& exports = static_cast<FakeModule*>(module)->exports;
     const auto found = exports.find(name);
     return found != exports.end() ? found->second : nullptr;
 }
 
 std::string executablePath() {
-    const std::lock_guard guard(state().mutex);
-    return state().executable;
+    return Locked()->executable;
 }
 
 void endProcess(const std::string& title, const std::string& text, int exitCode) {
     throw fake::ProcessEnded{title, text, exitCode};
 }
 
+void abortProcess() {
+    throw fake::ProcessEnded{"", "", -1};
+}
+
 std::uint32_t tickCount() {
-    const std::lock_guard guard(state().mutex);
-    return state().tick.value_or(0);
+    return Locked()->clock->tick;
 }
 
 bool waitFor(std::condition_variable& condition, std::unique_lock<std::mutex>& lock,
              std::uint32_t milliseconds, const std::function<bool()>& ready) {
-    fake::Waits waits = fake::Waits::real;
-    {
-        const std::lock_guard guard(state().mutex);
-        waits = state().waits;
-    }
-    switch (waits) {
-    case fake::Waits::real:
-        return condition.wait_for(lock, std::chrono::milliseconds(milliseconds), ready);
-    case fake::Waits::immediate:
+    if (Locked()->waits == fake::Waits::immediate) {
         fake::advance(milliseconds);
         return ready();
-    case fake::Waits::manual:
-        break;
     }
-    return waitManually(lock, condition, milliseconds, ready);
-}
-
-void sleepFor(std::uint32_t milliseconds) {
-    std::mutex mutex;
-    std::condition_variable condition;
-    std::unique_lock lock(mutex);
-    waitFor(condition, lock, milliseconds, [] { return false; });
+    // A wait that an earlier test left keeps that test's clock, which stands still for good.
+    const std::shared_ptr<Clock> clock = Locked()->clock;
+    const std::uint64_t deadline = clock->elapsed + milliseconds;
+    ++clock->waiters;
+    clock->waiters.notify_all();
+    while (!ready() && clock->elapsed < deadline) {
+        condition.wait_for(lock, std::chrono::milliseconds(1));
+    }
+    --clock->waiters;
+    return ready();
 }
 
 std::int64_t wallClock() {
-    const std::lock_guard guard(state().mutex);
-    return state().wallClock;
+    return 0;
 }
 
 void debugOutput(const char* text) {
-    const std::lock_guard guard(state().mutex);
-    state().debugLines.emplace_back(text);
+    Locked()->debugLines.emplace_back(text);
 }
 
 } // namespace platform

@@ -29,8 +29,9 @@ enum class Presence { loaded, loadable };
 
 /// Puts a module there: in the process already, or to be had by a load.
 void addModule(const std::wstring& name, Exports exports, Presence presence);
-void removeModule(const std::wstring& name);
-void removeExport(const std::wstring& module, const std::string& name);
+
+/// Takes an export away, or a whole module.
+void remove(const std::wstring& module, const std::string& name = "");
 
 /// A load as the loader of the client does it: null when there is no such module.
 void* load(const std::wstring& name);
@@ -41,9 +42,8 @@ int references(const std::wstring& name);
 // --- clock ---
 
 enum class Waits {
-    real,      ///< timed waits and sleeps last as long as they say
+    manual,    ///< timed waits last until the clock is set on
     immediate, ///< they end at once as timed out, and the clock goes on by their length
-    manual,    ///< they last until the clock is set on
 };
 void setWaits(Waits waits);
 
@@ -51,9 +51,8 @@ void setWaits(Waits waits);
 /// waits.
 void setTick(std::uint32_t tick);
 void advance(std::uint32_t milliseconds);
-void setWallClock(std::int64_t seconds);
 
-/// Blocks until that many threads are in a timed wait or sleep of the manual kind.
+/// Blocks until that many threads are in a timed wait of the manual kind.
 void awaitWaiters(int count);
 
 // --- debug output ---

@@ -5,26 +5,18 @@
 
 namespace {
 
-struct Row {
-    const char* expression;
-    const char* version; ///< of the client
-    bool passes;
-};
-
-const Row rows[] = {
+/// An expression, the client's version, and whether that passes.
+const std::tuple<std::string, const char*, bool> rows[] = {
     {R"(%appver%>="1.0")", "0.9", false},
     {R"(%appver%>="1.0")", "1.0", true},
     {R"(%appver%>"1.0")", "1.0", false},
     {R"(%appver%>"1.0")", "1.0.0", true}, // more parts are greater
     {R"(%appver%<="1.0")", "1.0", true},
     {R"(%appver%<="1.0")", "1.0.0", false},
-    {R"(%appver%<"2.0")", "1.9", true},
-    {R"(%appver%<"2.0")", "2.0", false},
     {R"(%appver%=="1.0")", "1.0", true},
     {R"(%appver%=="1.0")", "1.0.0", false},
     {R"(%appver%>="1.0.0.1"&&%appver%<"2.0.0.0")", "1.5.0.0", true},
     {R"(%appver%>="1.0.0.1"&&%appver%<"2.0.0.0")", "2.0.0.0", false},
-    {R"(%appver%>="1.0.0.1"&&%appver%<"2.0.0.0")", "1.0.0.0", false},
     // the last clause of a side counts, and "==" is of the high side
     {R"(%appver%=="1.0"&&%appver%<"2.0")", "1.5", true},
     {R"(%appver%>="3.0"&&%appver%>"1.0")", "2.0", true},
@@ -45,13 +37,12 @@ const Row rows[] = {
 };
 
 TEST(MaterialCheck, BoundsOnTheClientsVersion) {
-    for (const Row& row : rows) {
-        SCOPED_TRACE(std::string(row.expression) + " on " + row.version);
-        FakeHost host;
+    FakeHost host;
+    for (const auto& [expression, version, passes] : rows) {
         XMaterialAppVerCheck check;
-        EXPECT_EQ(check.parse(row.expression), 0);
-        host.versions.entries["OrvSecurityver.dll"] = row.version; // asked for at each check
-        EXPECT_EQ(check.check(), row.passes);
+        EXPECT_EQ(check.parse(expression), 0);
+        host.versions.entries["OrvSecurityver.dll"] = version; // asked for at each check
+        EXPECT_EQ(check.check(), passes) << expression << " on " << version;
     }
 }
 

@@ -128,6 +128,13 @@ TEST_F(DownloadTest, AFolderInTheFilesPlaceFailsTheRow) {
     EXPECT_TRUE(host.logged("download task, open err, path "));
 }
 
+TEST_F(DownloadTest, WithoutAnApplicationFolderNothingIsTried) {
+    offer("a");
+    fake::setExecutable("");
+    EXPECT_FALSE(goesOn());
+    EXPECT_TRUE(host.transfers.empty());
+}
+
 TEST_F(DownloadTest, WithoutTheServiceNothingIsTried) {
     EXPECT_TRUE(goesOn()) << "an empty list";
     EXPECT_FALSE(goesOn(nullptr));

@@ -5,24 +5,9 @@
 
 namespace {
 
-const XChannelKey channel{"prod", "chan"};
-
-XMaterialVersionKey keyOf(const std::string& id) {
-    return {{id, {"/mod", channel}}, "2.0"};
-}
-
+/// Answers as data. What is asked stands in the tests of the task that asks.
 class KelvarFetch : public testing::Test {
 protected:
-    void answer(const std::string& body) {
-        host.onRequest = [body](const FakeHost::Request&) {
-            return FakeHost::Answer{0, 200, body};
-        };
-    }
-    void expectSent(const char* path, const std::string& body) {
-        ASSERT_EQ(host.requests.size(), 1U);
-        EXPECT_EQ(host.requests[0].url, std::string("http://kelvar.test") + path);
-        EXPECT_EQ(host.requests[0].body, body);
-    }
     /// A callback that puts its argument into `out`.
     template <class Data>
     static XKelvarFetch::Callback<Data> into(std::shared_ptr<Data>& out) {
@@ -30,208 +15,109 @@ protected:
             out = data;
         };
     }
-    /// The materials of an answer with these elements of "metas"; null for none.
-    std::shared_ptr<XBatchGetMaterialMetaData> materials(std::size_t keys,
-                                                         const std::string& metas) {
-        answer(R"({"metas":[)" + metas + "]}");
+    /// The list made of an answer to that many keys.
+    std::shared_ptr<XBatchGetMaterialMetaData> list(std::size_t keys, const std::string& answer) {
+        const XMaterialVersionKey key{{"m", {"/mod", {"prod", "chan"}}}, "2.0"};
+        host.answers["BatchGetMaterialMeta"] = {0, 200, answer};
         std::shared_ptr<XBatchGetMaterialMetaData> data;
-        fetch.fetchMaterialMeta(std::vector<XMaterialVersionKey>(keys, keyOf("m")),
-                                std::make_shared<XFileStorageAddr>(address), into(data));
+        fetch.fetchMaterialMeta(std::vector(keys, key), std::make_shared<XFileStorageAddr>(storage),
+                                into(data));
         return data;
+    }
+    XMaterialMetaData row(const std::string& meta) {
+        return list(1, R"({"metas":[{"version":7,"meta":)" + meta + "}]}")->materials.at(0);
     }
 
     FakeHost host;
     XKelvarFetch fetch;
-    XFileStorageAddr address{"http://files", "http://test-files"};
+    XFileStorageAddr storage{"http://files", "http://test/"};
 };
 
-TEST_F(KelvarFetch, UpgradePacket) {
-    answer(R"({"target":{"channel_id":{"product_id":"p","id":"i"},"ver":"2.0"}})");
-    std::shared_ptr<XUpgradePacketData> data;
-    fetch.fetchUpgradePacket({"tulsar_upgrade_1.0", "1.0.0.1001", -1, -1, {}}, into(data));
-    expectSent("/PacketV2/GetUpgradePacket",
-               R"({"channel_code":"tulsar_upgrade_1.0","channel_unique_code":"","customer":)"
-               R"({"asset_id":{"id":-1,"oid":-1},"client":""},"need_min_ver":false,)"
-               R"("params":null,"species_unique_code":"","version":"1.0.0.1001"})"
-               "\n");
-    ASSERT_TRUE(data);
-    EXPECT_EQ(data->target.channel.productId, "p");
-    EXPECT_EQ(data->target.channel.id, "i");
-    EXPECT_EQ(data->target.ver, "2.0");
-}
-
-TEST_F(KelvarFetch, FullPacketDiff) {
-    answer(R"({"full_packet_diff":{"channel_id":"c","start_version":"1","target_version":"2",)"
-           R"("rely_channels":[{"channel_id":"r"}],"modules":[{"module_id":{"channel_id":)"
-           R"({"product_id":"p","id":"i"},"id":"/m"},"base_version":"3","target_version":"4",)"
-           R"("is_delete":true}],"materials":[{"material_id":{"module_id":{"id":"/n"},"id":"x"},)"
-           R"("base_version":"5","target_version":"6"}],"is_delete":true}})");
-    std::shared_ptr<XFullPacketDiffData> data;
-    fetch.fetchFullPacketDiff({"c", "1", "2"}, into(data));
-    expectSent("/PacketV2/GetFullPacketDiff",
-               "{\"channel_id\":\"c\",\"start_ver\":\"1\",\"target_ver\":\"2\"}\n");
-    ASSERT_TRUE(data);
-    EXPECT_EQ(data->channelId + data->startVersion + data->targetVersion, "c12");
-    EXPECT_TRUE(data->isDelete);
-    ASSERT_EQ(data->modules.size(), 1U);
-    const XModuleCouple& module = data->modules[0];
-    EXPECT_EQ(module.module.channel.productId + module.module.channel.id + module.module.id,
-              "pi/m");
-    EXPECT_EQ(module.baseVersion + module.targetVersion, "34");
-    EXPECT_TRUE(module.isDelete);
-    ASSERT_EQ(data->materials.size(), 1U);
-    const XMaterialCouple& material = data->materials[0];
-    EXPECT_EQ(material.material.module.id + material.material.id, "/nx");
-    EXPECT_EQ(material.baseVersion + material.targetVersion, "56");
-    EXPECT_FALSE(material.isDelete);
-}
-
 TEST_F(KelvarFetch, PacketMeta) {
-    const struct {
-        const char* meta;
-        bool restartTray;
-        std::int64_t createTime;
-    } rows[] = {
-        {R"({"extends":{"restart_tray":"1"},"file_id":"f","create_time":{"seconds":5}})", true, 0},
-        {R"({"extends":{"restart_tray":"0"}})", false, 0},
-        {R"({"extends":{"restart_tray":"yes"}})", false, 0},
-        {R"({"extends":{"restart_tray":""}})", false, 0},
-        {R"({"file_id":"f","create_time":{"seconds":5},"update_time":{"seconds":6}})", false, 5},
+    const std::tuple<const char*, const char*, bool> rows[] = {
+        {R"("file_id":"f","create_time":{"seconds":5},"update_time":{"seconds":6})", "f 5 6",
+         false},
+        {R"("extends":{"restart_tray":"1"},"file_id":"f")", " 0 0", true},
+        {R"("extends":{"restart_tray":"0"})", " 0 0", false},
+        {R"("extends":{"restart_tray":"yes"})", " 0 0", false},
+        {R"("extends":{"restart_tray":""})", " 0 0", false},
     };
-    for (const auto& row : rows) {
-        host.requests.clear();
-        answer(std::string(R"({"meta":)") + row.meta + "}");
+    for (const auto& [meta, fields, restartTray] : rows) {
+        host.answers["GetPacketMeta"] = {0, 200, std::string(R"({"meta":{)") + meta + "}}"};
         std::shared_ptr<XPacketMetaData> data;
-        fetch.fetchPacketMeta({channel, "2.0"}, into(data));
-        expectSent("/PacketV2/GetPacketMeta",
-                   R"({"key":{"channel_id":{"id":"chan","product_id":"prod"},"ver":"2.0"},)"
-                   R"("subscriber":""})"
-                   "\n");
-        ASSERT_TRUE(data);
-        EXPECT_EQ(data->restartTray, row.restartTray) << row.meta;
-        EXPECT_EQ(data->createTime, row.createTime) << row.meta;
-        EXPECT_EQ(data->updateTime, row.createTime ? 6 : 0) << row.meta;
-        EXPECT_EQ(data->fileId, row.createTime ? "f" : "") << row.meta;
+        fetch.fetchPacketMeta({}, into(data));
+        EXPECT_EQ(data->fileId + " " + std::to_string(data->createTime) + " " +
+                      std::to_string(data->updateTime),
+                  fields);
+        EXPECT_EQ(data->restartTray, restartTray) << meta;
     }
 }
 
-TEST_F(KelvarFetch, FileStorageAddr) {
-    answer(R"({"normal_file_addr":"n","docker_file_addr":"d","test_file_addr":"t"})");
-    std::shared_ptr<XFileStorageAddr> data;
-    fetch.fetchFileStorageAddr(into(data));
-    expectSent("/FileV2/GetFileStorageAddr", "");
-    ASSERT_TRUE(data);
-    EXPECT_EQ(data->normalFileAddr + data->testFileAddr, "nt");
-}
-
-TEST_F(KelvarFetch, AsksForEachMaterialInItsOrder) {
-    fetch.fetchMaterialMeta({keyOf("a"), keyOf("b")}, std::make_shared<XFileStorageAddr>(),
-                            [](const auto&) {});
-    const auto key = [](const std::string& id) {
-        return R"({"key":{"material_id":{"id":")" + id +
-               R"(","module_id":{"channel_id":{"id":"chan","product_id":"prod"},"id":"/mod"}},)"
-               R"("ver":"2.0"},"subscriber":""})";
-    };
-    expectSent("/MaterialV2/BatchGetMaterialMeta",
-               R"({"keys":[)" + key("a") + "," + key("b") + "]}\n");
-}
-
 TEST_F(KelvarFetch, MaterialRow) {
-    const auto data = materials(
-        1, R"({"version":7,"meta":{"file_id":"f/1","file_type":2,"md5":"M","file_hash":"h",)"
-           R"("execute_type":1,"execute_param":"e","is_referenced":true,"extends":{"osver":"10",)"
-           R"("file_path":"dir/sub/a.dll","file_md5":"F","check_sys":"%sysver%<\"1\"",)"
-           R"("check_app":"?","non_cab":"1","dependent":"d","exec":"%process%=\"a\"",)"
-           R"("other":"x"},"create_time":{"seconds":5}}})");
-    ASSERT_TRUE(data);
-    ASSERT_EQ(data->materials.size(), 1U);
-    const XMaterialMetaData& row = data->materials[0];
-    EXPECT_EQ(row.material.module.channel.productId + row.material.module.id + row.material.id,
-              "prod/modm");
-    EXPECT_EQ(row.fileId + row.md5 + row.fileMd5 + row.fileHash + row.executeParam, "f/1MFhe");
-    EXPECT_EQ(row.osver + row.dependent + row.version, "10d2.0");
-    EXPECT_EQ(row.filePath, "dir\\sub\\a.dll");
-    EXPECT_EQ(row.downloadUrl, "http://files/f/1");
-    EXPECT_TRUE(row.isReferenced);
-    EXPECT_TRUE(row.nonCab);
-    EXPECT_EQ(row.fileType + row.executeType, 0);  // singular enumerations are not read
-    EXPECT_EQ(row.createTime + row.updateTime, 0); // behind the parameters
-    EXPECT_EQ(row.extends.size(), 8U);
-    EXPECT_EQ(row.extends.at("file_path"), "dir/sub/a.dll");
-    ASSERT_TRUE(row.checkSys && row.checkApp && row.exec);
-    EXPECT_FALSE(row.checkSys->check());
-    EXPECT_TRUE(row.checkApp->check());
+    const XMaterialMetaData full =
+        row(R"({"file_id":"f/1","file_type":2,"md5":"M","file_hash":"h","execute_type":1,)"
+            R"("execute_param":"e","is_referenced":true,"extends":{"osver":"10",)"
+            R"("file_path":"dir/sub/a.dll","file_md5":"F","check_sys":"%sysver%<\"1\"",)"
+            R"("check_app":"?","non_cab":"1","dependent":"d","exec":"%process%=\"a\"",)"
+            R"("other":"x"},"create_time":{"seconds":5}})");
+    const XMaterialKey& key = full.material;
+    EXPECT_EQ(key.module.channel.productId + key.module.id + key.id, "prod/modm");
+    EXPECT_EQ(full.fileId + full.md5 + full.fileMd5 + full.fileHash + full.executeParam, "f/1MFhe");
+    EXPECT_EQ(full.osver + full.dependent + full.version, "10d2.0");
+    EXPECT_EQ(full.filePath + full.extends.at("file_path"), "dir\\sub\\a.dlldir/sub/a.dll");
+    EXPECT_EQ(full.downloadUrl, "http://files/f/1");
+    EXPECT_TRUE(full.isReferenced && full.nonCab);
+    EXPECT_EQ(full.fileType + full.executeType + full.createTime, 0); // none of them is read
+    ASSERT_TRUE(full.checkSys && full.checkApp && full.exec);
+    EXPECT_TRUE(!full.checkSys->check() && full.checkApp->check());
     XExecMap programs;
-    row.exec->getExecMap(programs);
+    full.exec->getExecMap(programs);
     EXPECT_EQ(programs, (XExecMap{{"a", {""}}}));
-    EXPECT_FALSE(data->hasSp);
-    EXPECT_EQ(data->version + data->virusLibVersion, "");
-    EXPECT_EQ(host.lineWith("addr:").text,
-              "update plugin, kelvar, fetch material meta, addr: http://files ");
-    EXPECT_EQ(host.lineWith("addr:").function,
-              "XKelvarFetch::fetchMaterialMeta::<lambda>::operator ()");
-}
+    const FakeHost::LogLine line = host.lineWith("addr:");
+    EXPECT_EQ(line.text, "update plugin, kelvar, fetch material meta, addr: http://files ");
+    EXPECT_EQ(line.function, "XKelvarFetch::fetchMaterialMeta::<lambda>::operator ()");
 
-TEST_F(KelvarFetch, MaterialRowWithoutParameters) {
-    const auto data = materials(1, R"({"meta":{"file_id":"f","create_time":{"seconds":5}}})");
-    ASSERT_TRUE(data);
-    const XMaterialMetaData& row = data->materials.at(0);
-    EXPECT_EQ(row.extends.size(), 8U); // made by being looked for
-    EXPECT_EQ(row.extends.count("check_app"), 1U);
-    EXPECT_FALSE(row.checkSys || row.checkApp || row.exec || row.nonCab);
-    EXPECT_EQ(row.createTime, 5);
+    const XMaterialMetaData bare = row(R"({"create_time":{"seconds":5},"update_time":{}})");
+    EXPECT_EQ(bare.extends.size(), 8U); // made by being looked for
+    EXPECT_FALSE(bare.checkSys || bare.checkApp || bare.exec || bare.nonCab);
+    EXPECT_EQ(bare.createTime, 5);
 }
 
 TEST_F(KelvarFetch, RowsOnlyForAnAnswerToEveryKey) {
     const struct {
         std::size_t keys;
-        const char* metas;
+        const char* answer;
         bool hasData;
     } rows[] = {
-        {0, "", true}, {0, "{}", false}, {2, "{}", false}, {2, "{},{}", true}, {2, "{},1", false}};
+        {0, R"({"metas":[]})", true},
+        {0, R"({"metas":[{}]})", false},
+        {2, R"({"metas":[{}]})", false},
+        {2, R"({"metas":[{},{}]})", true},
+        {2, R"({"metas":[{},1]})", false},
+        {0, "not json", true}, // all at its default
+        {1, "not json", false},
+        {0, "", false},
+    };
     for (const auto& row : rows) {
-        const auto data = materials(row.keys, row.metas);
-        EXPECT_EQ(data != nullptr, row.hasData) << row.keys << " keys, " << row.metas;
+        const auto data = list(row.keys, row.answer);
+        EXPECT_EQ(data != nullptr, row.hasData) << row.keys << " keys, " << row.answer;
         EXPECT_EQ(data ? data->materials.size() : row.keys, row.keys);
     }
-    EXPECT_EQ(host.requests[0].body, "null\n"); // no keys leave nothing to write
     EXPECT_EQ(host.count("updatekelvar, XBatchGetMaterialMetaData::~XBatchGetMaterialMetaData"),
-              2U);
+              3U);
 }
 
 TEST_F(KelvarFetch, TestSwitchTakesTheTestStorage) {
-    const struct {
-        const char* file;
-        const char* testAddress;
-        const char* url;
-    } rows[] = {
-        {"[Kelvar]\r\n", "http://t", "http://files/f"},
-        {"[Kelvar]\r\ntest_param=1\r\n", "http://t/", "http://t//f"},
-        {"[Kelvar]\r\ntest_param=1\r\n", "", "/f"},
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        {"", "http://test", "http://files/f"},
+        {"test_param=1\r\n", "http://test/", "http://test//f"},
+        {"test_param=1\r\n", "", "/f"},
     };
-    for (const auto& row : rows) {
-        host.has("test_update_kelvar.ini", row.file);
-        address.testFileAddr = row.testAddress;
-        EXPECT_EQ(materials(1, R"({"meta":{"file_id":"f"}})")->materials.at(0).downloadUrl,
-                  row.url);
+    for (const auto& [line, test, downloadUrl] : rows) {
+        host.has("test_update_kelvar.ini", std::string("[Kelvar]\r\n") + line);
+        storage.testFileAddr = test;
+        EXPECT_EQ(row(R"({"file_id":"f"})").downloadUrl, downloadUrl);
     }
-}
-
-TEST_F(KelvarFetch, NullForNoAnswerAndDefaultsForNoJson) {
-    const auto fails = [this] {
-        auto data = std::make_shared<XUpgradePacketData>();
-        fetch.fetchUpgradePacket({}, into(data));
-        auto rows = std::make_shared<XBatchGetMaterialMetaData>();
-        fetch.fetchMaterialMeta({}, std::make_shared<XFileStorageAddr>(), into(rows));
-        return !data && !rows;
-    };
-    EXPECT_TRUE(fails()); // status 404
-    answer("");
-    EXPECT_TRUE(fails());
-    answer("not json");
-    EXPECT_FALSE(fails());
-    host.serverAddress = nullptr;
-    EXPECT_TRUE(fails());
 }
 
 } // namespace

@@ -285,20 +285,70 @@ TEST_F(MoveTest, ABadCabinetFailsItsRowAndStays) {
 }
 
 TEST_F(MoveTest, ACabinetMayNotOverwriteItself) {
-    const Bytes bomb =
-        materials::buildCabinet(materials::CabMethod::stored, {{"self", material::bytes("x")}});
-    XMaterialMetaData row = material::packed("c.dll", "4", peOf(4), bomb);
-    row.md5 = "SELF";
-    offer(row, bomb);
+    for (const char* member : {"self", ".\\SELF", "x\\..\\SELF", "./self", "self."}) {
+        list.materials.clear();
+        const Bytes cabinet =
+            materials::buildCabinet(materials::CabMethod::stored, {{member, material::bytes("x")}});
+        XMaterialMetaData row = material::packed("c.dll", "4", peOf(4), cabinet);
+        row.md5 = "SELF";
+        offer(row, cabinet);
+        EXPECT_TRUE(fails());
+        EXPECT_TRUE(host.logged(std::string("bad member: ") + member)) << member;
+        EXPECT_TRUE(holds("update\\SELF", cabinet)) << member;
+    }
+}
+
+TEST_F(MoveTest, AFolderInTheTargetsPlaceStays) {
+    hasPe("bin\\inside.dll", 1);
+    offerPe("bin", 2);
     EXPECT_TRUE(fails());
-    EXPECT_TRUE(holds("update\\SELF", bomb));
+    EXPECT_TRUE(host.logged("target is a folder: bin "));
+    EXPECT_TRUE(holdsPe("bin\\inside.dll", 1));
+}
+
+TEST_F(MoveTest, WithoutAnApplicationFolderNothingIsTouched) {
+    offerPe("a.dll", 1);
+    fake::setExecutable(""); // as a path that is too long is told
+    EXPECT_TRUE(fails());
+    EXPECT_TRUE(host.logged("task move, no application folder."));
+    EXPECT_FALSE(host.settings.hasText(settingkeys::kelvarTempFileList));
+}
+
+TEST_F(MoveTest, RowsOfEarlierAndOfFailedGroupsComeAgainWithTheNextGoodOne) {
+    offerPlain("a.dat", "1", material::bytes("a"), "g1");
+    offerPlain("b.dat", "1", material::bytes("b"), "g2");
+    offerPlain("bad.dat", "1", material::bytes("x"), "g2").fileMd5 = "00";
+    offerPlain("c.dat", "1", material::bytes("c"), "g3");
+    EXPECT_TRUE(succeeds());
+    EXPECT_FALSE(host.exists("b.dat"));
+    EXPECT_EQ(host.versions.calls, (std::vector<std::string>{"create a.dat", "update a.dat",
+                                                             "create b.dat", "create c.dat"}));
+    EXPECT_TRUE(host.logged("update fileList items, count: 4 "));
+}
+
+TEST_F(MoveTest, TheFileListTellsWhatStandsAtTheTargets) {
+    constexpr const char* fileList = "home\\OrvSecurity\\config\\uninst\\filelist.xml";
+    host.homeDirectory = host.clientPath("home");
+    host.has(fileList, "<Root><FileList/></Root>");
+    hasPe("busy.dll", 1);
+    host.has("busy.dll", materials::buildPeFile({.version = {1, 0, 0, 0}, .size = 5000}));
+    const std::string md5 = offerPe("busy.dll", 2).fileMd5;
+    offerPlain("d/e.dat", "7", material::bytes("data"));
+    const sandbox::HeldFile inUse(host.diskPath("busy.dll"));
+    EXPECT_TRUE(succeeds());
+    EXPECT_NE(host.bytesOf(fileList).find("Name=\"busy.dll\" Version=\"2.0.0.0\" MD5=\"" + md5 +
+                                          "\" IsPE=\"true\" Size=\"5000\""),
+              std::string::npos);
+    EXPECT_NE(host.bytesOf(fileList).find("Name=\"d\\e.dat\" Version=\"7\""), std::string::npos);
+    EXPECT_NE(host.bytesOf(fileList).find("IsPE=\"false\" Size=\"4\""), std::string::npos);
 }
 
 TEST_F(MoveTest, HostileNamesAreRefusedBeforeAFileIsOpened) {
     const Bytes content = material::bytes("evil");
-    const char* paths[] = {"",       ".",          "a\\..",  "..\\evil", "a\\..\\..\\evil",
-                           "\\evil", "/evil",      "C:evil", "C:\\evil", "\\\\srv\\s\\evil",
-                           "a:b",    "... \\evil", "..",     "bin\\.."};
+    const char* paths[] = {"nul",    "a\\Com1.dll", "\xff.dll",         "",       ".",
+                           "a\\..",  "..\\evil",    "a\\..\\..\\evil",  "\\evil", "/evil",
+                           "C:evil", "C:\\evil",    "\\\\srv\\s\\evil", "a:b",    "... \\evil",
+                           "..",     "bin\\.."};
     for (const char* path : paths) {
         list.materials.clear();
         offerPlain(path, "1", content);
@@ -306,7 +356,7 @@ TEST_F(MoveTest, HostileNamesAreRefusedBeforeAFileIsOpened) {
         EXPECT_TRUE(host.logged("task move, bad path: " + std::string(path) + " ")) << path;
     }
     EXPECT_FALSE(std::filesystem::exists(host.folder.parent_path() / "evil"));
-    for (const char* name : {"", ".", "..", "a\\b", "a/b", "c:d", "..\\x", ". ."}) {
+    for (const char* name : {"NUL", "con.x", "", ".", "..", "a\\b", "a/b", "c:d", "..\\x", ". ."}) {
         list.materials = {material::plain("a.txt", "1", content),
                           material::plain("b.txt", "1", content)};
         list.materials[0].md5 = name;
@@ -342,6 +392,13 @@ TEST_F(MoveTest, ATargetThatCannotBeMadeLeavesTheOldFileInTemp) {
     EXPECT_TRUE(host.exists("update\\" + list.materials[0].md5));
 }
 
+TEST_F(MoveTest, TheVirusLibraryKeepsItsVersionUntilOneOfItsRowsIsPlaced) {
+    offerPe("a.dll", 1);
+    list.virusLibVersion = "2026-11-21";
+    EXPECT_TRUE(succeeds());
+    EXPECT_EQ(host.versions.entries.count("update\\virtuslib.dat"), 0U);
+}
+
 TEST_F(MoveTest, RecordsVirusLibrarySpAndPrograms) {
     offerPe("lib.dll", 1).material.module.id = "/OrvVirusLib";
     material::wants(offerPe("sp.dll", 2), R"((%process%="ORVPROTECT.exe" %param%="p"))");
@@ -364,8 +421,9 @@ TEST_F(MoveTest, ATextThatFillsTheVersionRecordIsNeverWrittenPastIt) {
 TEST_F(MoveTest, AVirusLibraryVersionThatDoesNotFitEndsTheProcess) {
     offerPe("a.dll", 1).material.module.id = "/orvviruslib";
     list.virusLibVersion = std::string(128, 'v');
-    EXPECT_DEATH(run(), "");
-    list.materials.clear(); // the process that ended had placed its file
+    EXPECT_THROW(run(), fake::ProcessEnded);
+    EXPECT_TRUE(host.logged("task move, version too long, length: 128 "));
+    EXPECT_EQ(host.versions.entries.count("update\\virtuslib.dat"), 0U);
     offerPe("b.dll", 1).material.module.id = "/orvviruslib";
     list.virusLibVersion.pop_back();
     EXPECT_TRUE(succeeds());

@@ -110,6 +110,17 @@ TEST_F(PaddingTest, TargetsScheduledInAFailedGroupMeetOlderEntries) {
     EXPECT_EQ(stored(), R"({"a":")" + md5 + R"(","b":"x"})");
 }
 
+TEST_F(PaddingTest, AStoredNameThatLeadsOutLosesItsEntryAndNoFile) {
+    host.has("precious.txt", "kept");
+    host.has("update\\x", "waits");
+    stored(R"({"a":"..\\precious.txt","b":"","c":"\\x"})");
+    offer("a", "placed");
+    run();
+    EXPECT_TRUE(host.exists("precious.txt"));
+    EXPECT_EQ(host.count("update padding, bad name, remove:"), 2U);
+    EXPECT_EQ(stored(), R"({"c":"\\x"})");
+}
+
 TEST_F(PaddingTest, AStoredTextThatIsNoJsonLeavesTheTask) {
     stored("{");
     offer("a", "placed");

@@ -50,6 +50,10 @@ private:
         do {
             result = ::flock(descriptor, LOCK_EX);
         } while (result != 0 && errno == EINTR);
+        if (result != 0) {
+            ::close(descriptor);
+            descriptor = -1; // never written without the lock
+        }
         return result == 0;
     }
 
