@@ -159,12 +159,6 @@ TEST_F(QueueTest, ASecondAndALateFinishHarmNothing) {
     host.awaitLog(runEnd, 2);
 }
 
-TEST_F(QueueTest, StopOnAnIdleQueueDoesNothing) {
-    EXPECT_EQ(queue.stop(), 0);
-    EXPECT_EQ(queue.addTask(endsWith(true)), 0);
-    host.awaitLog(runEnd);
-}
-
 TEST(EventTest, AManualEventStaysAndAnAutomaticOneLetsOneThrough) {
     for (const bool automatic : {false, true}) {
         Event event(automatic ? Event::Reset::automatic : Event::Reset::manual);
@@ -174,14 +168,6 @@ TEST(EventTest, AManualEventStaysAndAnAutomaticOneLetsOneThrough) {
         EXPECT_TRUE(event.wait(5));
         EXPECT_EQ(event.wait(5), !automatic);
     }
-}
-
-TEST(TaskTest, AReplacedSuccessorIsReleased) {
-    const auto head = goesOn();
-    const auto first = goesOn();
-    head->setNext(first);
-    head->setNext(goesOn());
-    EXPECT_EQ(first.use_count(), 1);
 }
 
 TEST(ChannelTest, CanCheckNeedsAllThreeStates) {

@@ -33,27 +33,6 @@ void expectAllNeutral() {
     EXPECT_EQ(loadLibraryChecked(L"x.dll", L""), nullptr);
 }
 
-TEST(BindingTest, AHealthyClientAnswers) {
-    FakeHost host;
-    host.homeDirectory = "\\home";
-    wchar_t buffer[8] = {};
-    EXPECT_TRUE(hostmodules::homeDirectory(1, buffer, 8));
-    EXPECT_STREQ(buffer, L"\\home");
-    EXPECT_EQ(hostmodules::getFileVer(), &host.versions);
-    EXPECT_EQ(hostmodules::getUserCenter(), &host.user);
-    EXPECT_EQ(hostmodules::getKV(), &host.settings);
-    EXPECT_EQ(hostmodules::getNotificationCenter(), &host.notifications);
-    host.muteMode = 3;
-    EXPECT_EQ(hostmodules::isMuteMode(), 3);
-    hostmodules::event("1", "2", "3", "4", "5", "6", "7");
-    EXPECT_EQ(host.events[0], (std::vector<std::string>{"1", "2", "3", "4", "5", "6", "7"}));
-    hostmodules::runProcess(L"a.exe", L"--b");
-    EXPECT_EQ(host.startedPrograms[0].second, L"--b");
-    XRefresher::IUpdateKelvar* service = hostmodules::getUpdateKelvar();
-    ASSERT_NE(service, nullptr);
-    service->release();
-}
-
 TEST(BindingTest, AMissingModuleGivesTheNeutralAnswers) {
     FakeHost host;
     for (const wchar_t* module : modules) {

@@ -57,13 +57,6 @@ TEST_F(Version, ComesFromTheResource) {
     EXPECT_EQ(platform::readFileVersion(folder.path()), std::nullopt);
 }
 
-TEST_F(Version, IsNotReadFromACutFile) {
-    for (std::size_t size = 0; size < image.size(); size += size < 1000 ? 1 : 101) {
-        const auto read = versionOf({image.begin(), image.begin() + static_cast<long>(size)});
-        EXPECT_TRUE(!read || (read == version && size > resourceSection + 500)) << size;
-    }
-}
-
 TEST_F(Version, ReaderStandsAnyDamage) {
     for (std::size_t at = 0; at < image.size(); ++at) {
         for (const int mask : {0x01, 0x80, 0xFF}) {

@@ -48,19 +48,6 @@ TEST(SystemPath, TakesTheExactNameFirst) {
     EXPECT_EQ(lastError(), errorPathNotFound);
 }
 
-TEST(MoveAcrossVolumes, Fails) {
-    const TemporaryFolder folder;
-    if (!std::filesystem::is_directory("/dev/shm")) {
-        GTEST_SKIP() << "no second volume on this machine";
-    }
-    const std::string from = folder.write("file", "text");
-    EXPECT_FALSE(moveFile(from, ("\\dev\\shm\\" + fileNameOf(folder.path())).c_str(), 0));
-    EXPECT_EQ(lastError(), errorNotSameDevice);
-    EXPECT_FALSE(moveFile(from, nullptr, 0));
-    EXPECT_EQ(lastError(), errorInvalidParameter);
-    EXPECT_EQ(folder.read("file"), "text");
-}
-
 class DelayedMoves : public testing::Test {
 protected:
     /// A request about files of the folder; no `to` means delete.
@@ -124,25 +111,6 @@ TEST_F(DelayedMoves, ACutLastLineIsNoRequest) {
     EXPECT_EQ(noted(), (std::vector<DelayedMove>{requests[0], requests[2]}));
 }
 
-TEST_F(DelayedMoves, OtherLinesAreLeftOut) {
-    folder.write(posix::delayedMovesJournal,
-                 "\n\t\nmove\ndelete\t\nmove\t\\a\nmove\t\\a\t\nreplace\t%2\t\\b\n"
-                 "delete\t%zz\ndelete\t\\a\t\\b\nburn\t\\a\nmove\t\\a\t\\b\t\\c\ndelete\t\\a\n");
-    EXPECT_EQ(noted(), (std::vector<DelayedMove>{{"\\a", std::nullopt, false}}));
-}
-
-TEST_F(DelayedMoves, MayBeNotedByManyThreads) {
-    const auto note = [this] {
-        for (int count = 0; count < 20; ++count) {
-            posix::appendDelayedMove(folder.path(), {"a", "b", true});
-        }
-    };
-    std::thread other(note);
-    note();
-    other.join();
-    EXPECT_EQ(noted().size(), 40U);
-}
-
 TEST_F(DelayedMoves, OfAFileInUseAreNotedBesideTheHost) {
     const std::string host = removeFileSpec(executablePath());
     const std::string from = folder.write("file", "text");
@@ -189,19 +157,6 @@ TEST(PosixModules, MayStandBesideAnImage) {
     EXPECT_EQ(findModule(L"CARRIED.dll"), module);
     EXPECT_EQ(readFileVersion(image), (FileVersion{1, 2, 3, 4}));
     freeModule(module);
-}
-
-TEST(PosixProcess, EndsWithItsMessage) {
-    EXPECT_EXIT(endProcess("Error", "wrong.\n", -1), testing::ExitedWithCode(255),
-                "Error: wrong\\.");
-}
-
-TEST(PosixText, ABrokenSequenceCountsOnce) {
-    const std::wstring bad = L"\xFFFD";
-    EXPECT_EQ(toWide("\xF0\x9F\x98z"), bad + L"z");
-    EXPECT_EQ(toWide("\xED\xA0\x80"), bad + bad + bad);
-    EXPECT_EQ(toWide("\xF4\x90\x80\x80"), bad + bad + bad + bad);
-    EXPECT_EQ(toUtf8(std::wstring(1, wchar_t(0x110000))), "\xEF\xBF\xBD");
 }
 
 } // namespace

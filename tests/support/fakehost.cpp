@@ -33,11 +33,6 @@ bool homeDirectory(unsigned char flag, wchar_t* buffer, int size) {
     return flag == 1 && fits && !home.empty();
 }
 
-void sendEvent(const char* a, const char* b, const char* c, const char* d, const char* e,
-               const char* f, const char* g) {
-    host().events.push_back({a, b, c, d, e, f, g});
-}
-
 void postTask(int /*kind*/, XN::Task* task) {
     task->addRef();
     task->run();
@@ -194,7 +189,6 @@ fake::Exports baseExports() {
         {"writeLog", address(logToHost)},
         {"loadXNLibrary", address(loadLibrary)},
         {"getFileVer", address(give<IFileVersionStore, &FakeHost::versions>)},
-        {"event", address(sendEvent)},
         {"postTask", address(postTask)},
         {"homeDirectory", address(homeDirectory)},
         {"envConfigInstance", address(+[]() -> IXEnvConfig* { return &environment; })},

@@ -92,7 +92,6 @@ public:
     std::set<std::wstring> openWindows;
     XOsVersionRecord osVersion{sizeof(XOsVersionRecord), 10, 0, 19045, {}};
     std::vector<std::pair<std::wstring, std::wstring>> startedPrograms;
-    std::vector<std::vector<std::string>> events;
 
     // --- HTTP ---
 

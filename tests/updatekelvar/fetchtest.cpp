@@ -33,26 +33,6 @@ protected:
     XFileStorageAddr storage{"http://files", "http://test/"};
 };
 
-TEST_F(KelvarFetch, PacketMeta) {
-    const std::tuple<const char*, const char*, bool> rows[] = {
-        {R"("file_id":"f","create_time":{"seconds":5},"update_time":{"seconds":6})", "f 5 6",
-         false},
-        {R"("extends":{"restart_tray":"1"},"file_id":"f")", " 0 0", true},
-        {R"("extends":{"restart_tray":"0"})", " 0 0", false},
-        {R"("extends":{"restart_tray":"yes"})", " 0 0", false},
-        {R"("extends":{"restart_tray":""})", " 0 0", false},
-    };
-    for (const auto& [meta, fields, restartTray] : rows) {
-        host.answers["GetPacketMeta"] = {0, 200, std::string(R"({"meta":{)") + meta + "}}"};
-        std::shared_ptr<XPacketMetaData> data;
-        fetch.fetchPacketMeta({}, into(data));
-        EXPECT_EQ(data->fileId + " " + std::to_string(data->createTime) + " " +
-                      std::to_string(data->updateTime),
-                  fields);
-        EXPECT_EQ(data->restartTray, restartTray) << meta;
-    }
-}
-
 TEST_F(KelvarFetch, MaterialRow) {
     const XMaterialMetaData full =
         row(R"({"file_id":"f/1","file_type":2,"md5":"M","file_hash":"h","execute_type":1,)"
@@ -105,19 +85,6 @@ TEST_F(KelvarFetch, RowsOnlyForAnAnswerToEveryKey) {
     }
     EXPECT_EQ(host.count("updatekelvar, XBatchGetMaterialMetaData::~XBatchGetMaterialMetaData"),
               3U);
-}
-
-TEST_F(KelvarFetch, TestSwitchTakesTheTestStorage) {
-    const std::tuple<const char*, const char*, const char*> rows[] = {
-        {"", "http://test", "http://files/f"},
-        {"test_param=1\r\n", "http://test/", "http://test//f"},
-        {"test_param=1\r\n", "", "/f"},
-    };
-    for (const auto& [line, test, downloadUrl] : rows) {
-        host.has("test_update_kelvar.ini", std::string("[Kelvar]\r\n") + line);
-        storage.testFileAddr = test;
-        EXPECT_EQ(row(R"({"file_id":"f"})").downloadUrl, downloadUrl);
-    }
 }
 
 } // namespace
