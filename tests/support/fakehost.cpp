@@ -240,7 +240,12 @@ FakeHost::FakeHost()
 }
 
 FakeHost::~FakeHost() {
-    for (std::thread& delivery : deliveries) {
+    std::vector<std::thread> ended;
+    {
+        const std::lock_guard guard(deliveryMutex);
+        ended.swap(deliveries);
+    }
+    for (std::thread& delivery : ended) {
         delivery.join();
     }
     fake::reset();

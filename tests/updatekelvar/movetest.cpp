@@ -190,7 +190,6 @@ TEST_F(MoveTest, ARefusedMemberTakesItsGroupBack) {
     EXPECT_FALSE(host.exists("new.dll"));
     EXPECT_TRUE(holdsPe("d.dll", 3));
     EXPECT_TRUE(host.logged("rollback 2 error, code: 2 ")) << "there was no old new.dll";
-    EXPECT_FALSE(host.logged("rollback 1 error"));
     // Taken back: the new files wait in the update folder for the next run.
     EXPECT_TRUE(host.exists("update\\" + list.materials[0].md5));
     EXPECT_TRUE(host.exists("update\\" + list.materials[1].md5));
