@@ -19,43 +19,43 @@ std::string fileNameOf(const std::string& clientPath) {
     return clientPath.substr(clientPath.find_last_of('\\') + 1);
 }
 
-Bytes packed(const MaterialSpec& spec, std::uint64_t seed, const std::string& path, Bytes file) {
-    if (spec.method.empty()) {
+Bytes packed(const MaterialPlan& plan, std::uint64_t seed, const std::string& path, Bytes file) {
+    if (plan.method.empty()) {
         return file;
     }
     std::vector<std::pair<std::string, Bytes>> members;
-    for (const MemberSpec& member : spec.members) {
+    for (const MemberPlan& member : plan.members) {
         members.emplace_back(clientForm(member.name),
-                             bytesOf(member.file, seed, spec.name + "/" + member.name));
+                             bytesOf(member.file, seed, plan.name + "/" + member.name));
     }
-    members.emplace_back(spec.memberName.empty() ? fileNameOf(path) : clientForm(spec.memberName),
+    members.emplace_back(plan.memberName.empty() ? fileNameOf(path) : clientForm(plan.memberName),
                          std::move(file));
-    return cabinetOf(spec.method, members);
+    return cabinetOf(plan.method, members);
 }
 
 std::map<std::string, std::string> parametersOf(const BuiltMaterial& material) {
-    std::map<std::string, std::string> parameters{{"file_path", material.spec.path},
+    std::map<std::string, std::string> parameters{{"file_path", material.plan.path},
                                                   {"file_md5", material.fileMd5}};
-    if (material.spec.method.empty()) {
+    if (material.plan.method.empty()) {
         parameters["non_cab"] = "1";
     }
-    for (const auto& [key, value] : material.spec.parameters) {
+    for (const auto& [key, value] : material.plan.parameters) {
         parameters[key] = value;
     }
     return parameters;
 }
 
 void describe(BuiltMaterial& material, const Scenario& scenario, const std::string& md5) {
-    const MaterialSpec& spec = material.spec;
+    const MaterialPlan& plan = material.plan;
     OfferedMaterial& offered = material.offered;
     const auto from = scenario.client.versions.find("update\\version.dat");
-    offered.name = spec.name;
-    offered.id = "/material/" + spec.name;
-    offered.moduleId = spec.module;
+    offered.name = plan.name;
+    offered.id = "/material/" + plan.name;
+    offered.moduleId = plan.module;
     offered.baseVersion = from == scenario.client.versions.end() ? "" : from->second;
-    offered.version = spec.version;
-    offered.fileId = spec.name + "-" + md5.substr(0, 12);
-    offered.md5 = spec.md5.empty() ? md5 : spec.md5;
+    offered.version = plan.version;
+    offered.fileId = plan.name + "-" + md5.substr(0, 12);
+    offered.md5 = plan.md5.empty() ? md5 : plan.md5;
     offered.extends = parametersOf(material);
     material.group = offered.extends["dependent"];
     if (material.group.empty()) {
@@ -63,15 +63,15 @@ void describe(BuiltMaterial& material, const Scenario& scenario, const std::stri
     }
 }
 
-BuiltMaterial build(const Scenario& scenario, const MaterialSpec& spec,
+BuiltMaterial build(const Scenario& scenario, const MaterialPlan& plan,
                     const std::filesystem::path& storage) {
     BuiltMaterial material;
-    material.spec = spec;
-    material.path = clientForm(spec.path);
-    Bytes file = bytesOf(spec.file, scenario.seed, spec.name);
+    material.plan = plan;
+    material.path = clientForm(plan.path);
+    Bytes file = bytesOf(plan.file, scenario.seed, plan.name);
     material.fileMd5 = md5Of(file);
-    Bytes stored = packed(spec, scenario.seed, material.path, std::move(file));
-    stored.resize(std::min(stored.size(), spec.cutTo.value_or(stored.size())));
+    Bytes stored = packed(plan, scenario.seed, material.path, std::move(file));
+    stored.resize(std::min(stored.size(), plan.cutTo.value_or(stored.size())));
     material.storedSize = stored.size();
     describe(material, scenario, md5Of(stored));
     writeBytes(storage / material.offered.fileId, stored);
@@ -97,7 +97,7 @@ std::string valueOf(const BuiltMaterial& material, const std::string& field) {
 const BuiltMaterial& named(const std::vector<BuiltMaterial>& materials, const std::string& name) {
     const auto found =
         std::find_if(materials.begin(), materials.end(),
-                     [&](const BuiltMaterial& material) { return material.spec.name == name; });
+                     [&](const BuiltMaterial& material) { return material.plan.name == name; });
     if (found == materials.end()) {
         throw std::runtime_error("there is no material \"" + name + "\"");
     }
@@ -110,8 +110,8 @@ std::vector<BuiltMaterial> buildMaterials(const Scenario& scenario,
                                           const std::filesystem::path& storage,
                                           const std::function<void(std::size_t)>& made) {
     std::vector<BuiltMaterial> materials;
-    for (const MaterialSpec& spec : scenario.platform.materials) {
-        materials.push_back(build(scenario, spec, storage));
+    for (const MaterialPlan& plan : scenario.platform.materials) {
+        materials.push_back(build(scenario, plan, storage));
         made(materials.size());
     }
     return materials;
@@ -159,12 +159,12 @@ bool isNamed(const Json& names, const std::string& name) {
 
 Offer offerOf(const Scenario& scenario, const std::vector<BuiltMaterial>& materials,
               const Json& options) {
-    const PlatformSpec& platform = scenario.platform;
+    const PlatformPlan& platform = scenario.platform;
     Offer offer{
         platform.productId, platform.channelId, platform.version, platform.restartTray, {}, {}};
     const Json offers = options.value("offers", Json("all"));
     for (const BuiltMaterial& material : materials) {
-        if (isNamed(offers, material.spec.name)) {
+        if (isNamed(offers, material.plan.name)) {
             offer.materials.push_back(material.offered);
         }
     }

@@ -12,7 +12,7 @@ namespace sandbox {
 
 /// A material whose file stands in the storage.
 struct BuiltMaterial {
-    MaterialSpec spec;
+    MaterialPlan plan;
     OfferedMaterial offered;
     std::string path;    ///< the target as the client spells it
     std::string group;   ///< parameter "dependent"

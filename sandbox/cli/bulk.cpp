@@ -15,14 +15,14 @@ std::string numbered(const char* prefix, std::size_t number) {
 
 } // namespace
 
-void appendBulk(const nlohmann::json& rule, std::vector<MaterialSpec>& materials) {
+void appendBulk(const nlohmann::json& rule, std::vector<MaterialPlan>& materials) {
     const auto count = rule.at("count").get<std::size_t>();
     const auto smallest = rule.at("minSize").get<std::size_t>();
     const auto largest = rule.at("maxSize").get<std::size_t>();
     const auto cabinets = rule.at("cabinets").get<std::size_t>();
     const auto methods = rule.at("methods").get<std::vector<std::string>>();
     for (std::size_t i = 0; i < count; ++i) {
-        MaterialSpec material;
+        MaterialPlan material;
         material.name = numbered("b", i);
         material.module = "/bulk";
         material.version = rule.at("version").get<std::string>();

@@ -17,7 +17,7 @@ std::string wordsOf(const ListedFile& entry) {
 /// of what stands at the target when the list is written.
 ListedFile entryFor(const Comparison& comparison, const BuiltMaterial& material) {
     ListedFile entry;
-    entry.version = material.spec.version;
+    entry.version = material.plan.version;
     entry.md5 = material.fileMd5;
     entry.isPe = "false";
     const auto file = comparison.now.files.find(comparablePath(material.path));
@@ -50,7 +50,7 @@ void compareFileList(Comparison& comparison) {
     const Json names = expect.value("of", Json::array());
     std::set<std::string> written;
     for (const BuiltMaterial& material : comparison.materials) {
-        if (isNamed(names, material.spec.name)) {
+        if (isNamed(names, material.plan.name)) {
             const std::string key = comparablePath(material.path);
             written.insert(key);
             compareEntry(comparison, key, entryFor(comparison, material));

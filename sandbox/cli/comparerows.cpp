@@ -18,7 +18,7 @@ std::string contentOf(const FileState* file) {
 void comparePlaced(Comparison& comparison, const BuiltMaterial& material) {
     const FileState* file = fileAt(comparison.now, material.path);
     if (file == nullptr || file->md5 != material.fileMd5) {
-        comparison.differ(material.spec.name + ": content of " + material.path, material.fileMd5,
+        comparison.differ(material.plan.name + ": content of " + material.path, material.fileMd5,
                           contentOf(file));
     }
 }
@@ -27,7 +27,7 @@ void compareUntouched(Comparison& comparison, const BuiltMaterial& material) {
     const FileState* was = fileAt(comparison.before, material.path);
     const FileState* is = fileAt(comparison.now, material.path);
     if (contentOf(was) != contentOf(is)) {
-        comparison.differ(material.spec.name + ": content of " + material.path, contentOf(was),
+        comparison.differ(material.plan.name + ": content of " + material.path, contentOf(was),
                           contentOf(is));
     }
 }
@@ -47,7 +47,7 @@ bool isScheduled(const Comparison& comparison, const std::string& path, const st
 
 void compareWaiting(Comparison& comparison, const BuiltMaterial& material) {
     compareUntouched(comparison, material);
-    const std::string& name = material.spec.name;
+    const std::string& name = material.plan.name;
     const auto file = comparison.now.update.find(material.fileMd5);
     if (file == comparison.now.update.end() || file->second.md5 != material.fileMd5) {
         comparison.differ(name + ": waiting file", "update\\" + material.fileMd5,
@@ -65,7 +65,7 @@ void compareVersion(Comparison& comparison, const BuiltMaterial& material, const
     const auto version = comparison.now.versionAt(material.path);
     const std::string expected = goal.absent ? "no file" : goal.version;
     if (version.value_or("no file") != expected) {
-        comparison.differ(material.spec.name + ": version at " + material.path, expected,
+        comparison.differ(material.plan.name + ": version at " + material.path, expected,
                           version.value_or("no file"));
     }
 }
@@ -78,7 +78,7 @@ void compareWord(Comparison& comparison, const BuiltMaterial& material, const Ro
     });
     if (row == rows.end()) {
         if (goal.state == "refused") {
-            comparison.differ(material.spec.name, "refused", "not offered");
+            comparison.differ(material.plan.name, "refused", "not offered");
         }
         return;
     }
@@ -86,7 +86,7 @@ void compareWord(Comparison& comparison, const BuiltMaterial& material, const Ro
     const std::string said = wordOf(row->state) + (row->reason.empty() ? "" : ": " + row->reason);
     const bool saysNothing = row->state == RowState::left && goal.state != "refused";
     if (!saysNothing && said != goal.state + reason) {
-        comparison.differ(material.spec.name, goal.state + reason, said);
+        comparison.differ(material.plan.name, goal.state + reason, said);
     }
 }
 

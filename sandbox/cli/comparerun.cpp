@@ -33,7 +33,7 @@ void compareDownloads(Comparison& comparison) {
         const auto found = std::find_if(
             comparison.materials.begin(), comparison.materials.end(),
             [&](const BuiltMaterial& material) { return material.offered.fileId == fileId; });
-        names.push_back(found == comparison.materials.end() ? fileId : found->spec.name);
+        names.push_back(found == comparison.materials.end() ? fileId : found->plan.name);
     }
     const Json expected = comparison.expect.value("downloads", Json::array());
     if (expected.is_number()) { // too many to name
@@ -122,7 +122,7 @@ void Comparison::differ(const std::string& what, const std::string& expected,
 }
 
 const RowGoal& Comparison::goalOf(const BuiltMaterial& material) const {
-    return goals.rows.at(material.spec.name);
+    return goals.rows.at(material.plan.name);
 }
 
 std::string joined(const std::vector<std::string>& list) {

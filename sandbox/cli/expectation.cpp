@@ -32,7 +32,7 @@ Expectation::Expectation(const std::vector<BuiltMaterial>& built, ClientState st
         goals.update.push_back(comparablePath(file.path));
     }
     for (const BuiltMaterial& material : materials) {
-        RowGoal& goal = goals.rows[material.spec.name];
+        RowGoal& goal = goals.rows[material.plan.name];
         goal.absent = before.files.count(comparablePath(material.path)) == 0;
         goal.version = before.versionAt(material.path).value_or("");
     }
@@ -68,8 +68,8 @@ void Expectation::takeOver(const Json& expect, const PhaseFacts& facts) {
     }
     const Json ofMaterials = expect.value("versionsOf", Json::array());
     for (const BuiltMaterial& material : materials) {
-        if (isNamed(ofMaterials, material.spec.name)) {
-            goals.versions[comparablePath(material.path)] = material.spec.version;
+        if (isNamed(ofMaterials, material.plan.name)) {
+            goals.versions[comparablePath(material.path)] = material.plan.version;
         }
     }
     const Json settings = expect.value("settings", Json::object());

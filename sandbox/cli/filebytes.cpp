@@ -55,7 +55,7 @@ std::string hexOf(const std::array<std::uint8_t, 16>& digest) {
 
 } // namespace
 
-Bytes bytesOf(const FileSpec& file, std::uint64_t seed, const std::string& name) {
+Bytes bytesOf(const FilePlan& file, std::uint64_t seed, const std::string& name) {
     const std::uint64_t own = seedOf(seed, name);
     if (file.kind == kindPe) {
         materials::PeFile image;

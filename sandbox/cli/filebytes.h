@@ -15,7 +15,7 @@ namespace sandbox {
 using materials::Bytes;
 
 /// The bytes of a file of kind "pe" or "data"; the same for the same seed and name.
-Bytes bytesOf(const FileSpec& file, std::uint64_t seed, const std::string& name);
+Bytes bytesOf(const FilePlan& file, std::uint64_t seed, const std::string& name);
 
 /// A cabinet of these members by "stored", "mszip", "lzx" or "quantum". Throws
 /// std::runtime_error for another method.

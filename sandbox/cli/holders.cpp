@@ -53,7 +53,7 @@ Holder start(const Folders& folders, const std::string& by, const std::vector<st
 
 std::vector<Holder> startHolders(const Scenario& scenario, const Folders& folders) {
     std::map<std::string, std::vector<std::string>> filesByProgram;
-    for (const HeldSpec& held : scenario.client.held) {
+    for (const HeldPlan& held : scenario.client.held) {
         filesByProgram[held.by].push_back(held.file);
     }
     std::vector<Holder> holders;

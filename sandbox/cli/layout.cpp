@@ -49,7 +49,7 @@ void copyModules(const Scenario& scenario, const Folders& folders, const fs::pat
         }
     }
     if (!isLeftOut(scenario, channelModule)) {
-        const FileSpec image{kindPe, scenario.client.version, channelImageSize};
+        const FilePlan image{kindPe, scenario.client.version, channelImageSize};
         writeBytes(folders.client() / channelModule, bytesOf(image, scenario.seed, channelModule));
         copyFile(binaries / channelModule, folders.client() / imageFile(channelModule));
     }

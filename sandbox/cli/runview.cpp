@@ -47,7 +47,7 @@ RunView::RunView(Console& output, const std::vector<const BuiltMaterial*>& offer
     : console(output), widths{0, 0}, detailed(offered.size() <= detailLimit) {
     for (const BuiltMaterial* material : offered) {
         materials[material->offered.fileId] = material;
-        widths[0] = std::max(widths[0], material->spec.name.size());
+        widths[0] = std::max(widths[0], material->plan.name.size());
         widths[1] = std::max(widths[1], material->path.size());
     }
 }
@@ -95,7 +95,7 @@ void RunView::transfer(const PlatformEvent& event) {
     if (event.bytes == event.total) {
         finishTransfer();
     } else if (material != nullptr && detailed) {
-        console.progress(material->spec.name + "  " + material->path,
+        console.progress(material->plan.name + "  " + material->path,
                          static_cast<double>(event.bytes) / static_cast<double>(event.total));
     } else if (!detailed) {
         console.progress("files fetched: " + std::to_string(transfers),
@@ -108,7 +108,7 @@ void RunView::finishTransfer() {
     if (material != nullptr && detailed) {
         const bool whole = sent == material->storedSize;
         console.row(whole ? Mark::good : Mark::fault,
-                    {material->spec.name, material->path,
+                    {material->plan.name, material->path,
                      whole ? sizeText(sent) : "broken off at " + sizeText(sent)},
                     widths);
     }
@@ -121,7 +121,7 @@ void RunView::row(const Row& row) {
     if (detailed) {
         finishTransfer(); // a row that failed in its transfer comes behind it
         section(sectionOf(row));
-        console.row(markOf(row.state), {row.material->spec.name, row.material->path, wordsOf(row)},
+        console.row(markOf(row.state), {row.material->plan.name, row.material->path, wordsOf(row)},
                     widths);
     }
 }

@@ -13,19 +13,19 @@ namespace {
 
 using Json = nlohmann::json;
 
-FileSpec readFile(const ScenarioPart& part) {
-    FileSpec file;
+FilePlan readFile(const ScenarioPart& part) {
+    FilePlan file;
     file.kind = part.get("kind", file.kind);
     file.version = part.get("version", file.version);
     file.size = part.get("size", file.size);
     return file;
 }
 
-ClientSpec readClient(const Json& json) {
+ClientPlan readClient(const Json& json) {
     const ScenarioPart part("client", json,
                             {"version", "versions", "files", "folders", "held", "fileListEntries",
                              "leaveOut", "background", "config", "settings", "testIni"});
-    ClientSpec client;
+    ClientPlan client;
     client.version = part.need<std::string>("version");
     client.versions = part.get("versions", client.versions);
     for (const Json& file : part.list("files")) {
@@ -50,7 +50,7 @@ ClientSpec readClient(const Json& json) {
     return client;
 }
 
-void readCabinet(const Json& json, MaterialSpec& material) {
+void readCabinet(const Json& json, MaterialPlan& material) {
     const ScenarioPart part("cabinet of " + material.name, json, {"method", "with", "as"});
     material.method = part.need<std::string>("method");
     material.memberName = part.text("as");
@@ -61,11 +61,11 @@ void readCabinet(const Json& json, MaterialSpec& material) {
     }
 }
 
-MaterialSpec readMaterial(const Json& json) {
+MaterialPlan readMaterial(const Json& json) {
     const ScenarioPart part(
         "material " + json.value("name", ""), json,
         {"name", "version", "path", "file", "module", "cabinet", "parameters", "md5", "cutTo"});
-    MaterialSpec material;
+    MaterialPlan material;
     material.name = part.need<std::string>("name");
     if (!isPlainName(material.name)) {
         throw std::runtime_error("the material's name is no plain name: " + material.name);
@@ -86,11 +86,11 @@ MaterialSpec readMaterial(const Json& json) {
     return material;
 }
 
-PlatformSpec readPlatform(const Json& json) {
+PlatformPlan readPlatform(const Json& json) {
     const ScenarioPart part(
         "platform", json,
         {"version", "productId", "channelId", "restartTray", "modules", "materials", "bulk"});
-    PlatformSpec platform;
+    PlatformPlan platform;
     platform.productId = part.text("productId", "tulsar");
     platform.channelId = part.text("channelId", "tulsar_upgrade_1.0");
     platform.version = part.need<std::string>("version");
@@ -131,7 +131,7 @@ void checkNames(const Scenario& scenario, const Json& names, const std::string& 
     for (const Json& name : names.is_array() ? names : Json::array()) {
         const auto& materials = scenario.platform.materials;
         if (std::none_of(materials.begin(), materials.end(),
-                         [&](const MaterialSpec& material) { return name == material.name; })) {
+                         [&](const MaterialPlan& material) { return name == material.name; })) {
             throw std::runtime_error(what + ": there is no material " + name.dump());
         }
     }

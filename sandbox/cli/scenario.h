@@ -19,7 +19,7 @@ inline constexpr const char* kindProgram = "program"; ///< starts and leaves a t
 inline constexpr const char* kindHolder = "holder";   ///< keeps files in use while it runs
 
 /// A file to be made. Its bytes follow from the scenario's seed and the file's name.
-struct FileSpec {
+struct FilePlan {
     std::string kind = kindData;
     std::string version;
     std::size_t size = 1024;
@@ -27,21 +27,21 @@ struct FileSpec {
 
 struct ClientFile {
     std::string path;
-    FileSpec file;
+    FilePlan file;
 };
 
 /// A file that a running program of the client keeps in use.
-struct HeldSpec {
+struct HeldPlan {
     std::string file;
     std::string by;
 };
 
-struct ClientSpec {
+struct ClientPlan {
     std::string version;
     std::map<std::string, std::string> versions; ///< the version store
     std::vector<ClientFile> files;
     std::vector<std::string> folders; ///< that are there beside those of the files
-    std::vector<HeldSpec> held;
+    std::vector<HeldPlan> held;
     std::size_t fileListEntries = 0;     ///< 0 leaves filelist.xml out
     std::vector<std::string> leaveOut;   ///< files of the client that are not there
     std::vector<std::string> background; ///< programs that may be started at any moment
@@ -50,32 +50,32 @@ struct ClientSpec {
     nlohmann::json settings = nlohmann::json::object();
 };
 
-struct MemberSpec {
+struct MemberPlan {
     std::string name;
-    FileSpec file;
+    FilePlan file;
 };
 
-struct MaterialSpec {
+struct MaterialPlan {
     std::string name;
     std::string module;
     std::string version;
     std::string path;
-    FileSpec file;
+    FilePlan file;
     std::string method;                            ///< of the cabinet; empty for a plain file
-    std::vector<MemberSpec> members;               ///< of the cabinet beside the file itself
+    std::vector<MemberPlan> members;               ///< of the cabinet beside the file itself
     std::string memberName;                        ///< of the file in the cabinet, when not its own
     std::map<std::string, std::string> parameters; ///< as sent; may overrule the right ones
     std::string md5;                               ///< as sent, when not the right one
     std::optional<std::size_t> cutTo;              ///< the stored file is cut to so many bytes
 };
 
-struct PlatformSpec {
+struct PlatformPlan {
     std::string productId;
     std::string channelId;
     std::string version;
     std::string restartTray;
     std::map<std::string, std::string> modules; ///< versions of modules
-    std::vector<MaterialSpec> materials;
+    std::vector<MaterialPlan> materials;
 };
 
 /// One step of the scenario: a run of the client or a restart of the machine.
@@ -89,8 +89,8 @@ struct Phase {
 struct Scenario {
     std::string title;
     std::uint64_t seed = 0;
-    ClientSpec client;
-    PlatformSpec platform;
+    ClientPlan client;
+    PlatformPlan platform;
     std::vector<Phase> phases;
 };
 

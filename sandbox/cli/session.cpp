@@ -117,7 +117,7 @@ Session::Offered Session::offeredIn(const Phase& phase) const {
     const Offer offer = offerOf(scenario, materials, phase.options);
     for (const BuiltMaterial& material : materials) {
         for (const OfferedMaterial& candidate : offer.materials) {
-            if (candidate.name == material.spec.name) {
+            if (candidate.name == material.plan.name) {
                 offered.push_back(&material);
             }
         }

@@ -18,12 +18,6 @@ namespace {
 constexpr const char* jsonType = "application/json";
 constexpr std::size_t blockSize = 65536;
 
-/// What the two other channels of the client ask; they find nothing new.
-constexpr const char* packageCheckPath = "/upgrade/v2/upgrade/check";
-constexpr const char* fileCheckPath = "/upgrade/v1/file/check";
-constexpr const char* noPackage = R"({"data":{"needUpgrade":false}})";
-constexpr const char* noFiles = R"({"data":{"list":[]}})";
-
 std::optional<std::size_t> questionOf(const std::string& path) {
     const auto found =
         std::find_if(conversation.begin(), conversation.end(),
@@ -125,10 +119,6 @@ struct UpdatePlatform::State {
     void post(const httplib::Request& request, httplib::Response& response) {
         if (const auto question = questionOf(request.target)) {
             answer(*question, request, response);
-        } else if (request.target == packageCheckPath) {
-            response.set_content(noPackage, jsonType);
-        } else if (request.target == fileCheckPath) {
-            response.set_content(noFiles, jsonType);
         } else {
             refuse(request.method + " " + request.target + ": nothing is there", response);
         }

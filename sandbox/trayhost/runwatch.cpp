@@ -5,9 +5,6 @@ namespace {
 constexpr const char* chainStarts = "update plugin, queue, run ...";
 constexpr const char* chainEnds = "update plugin, queue, run end.";
 constexpr const char* runBegins = "update plugin, kelvar, task fetch, check ...";
-/// The other channel's chain never ends: its busy queue keeps the helper from being
-/// started twice.
-constexpr const char* chainParks = "update plugin, other, task run, check.";
 
 } // namespace
 
@@ -15,8 +12,6 @@ void RunWatch::line(const std::string& text) {
     MutexLock lock(mutex);
     if (text.starts_with(chainStarts)) {
         ++openChains;
-    } else if (text.starts_with(chainParks)) {
-        --openChains;
     } else if (text.starts_with(runBegins)) {
         inRun.insert(std::this_thread::get_id());
         ++begun;

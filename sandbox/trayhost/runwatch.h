@@ -17,8 +17,7 @@ public:
     int begunRuns();
     int endedRuns();
 
-    /// Whether every chain that a queue has started has ended, apart from those that
-    /// wait for ever by their channel's design.
+    /// Whether every chain that a queue has started has ended.
     bool idle();
 
 private:

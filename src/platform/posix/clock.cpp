@@ -1,7 +1,6 @@
 #include "platform/clock.h"
 
 #include <chrono>
-#include <ctime>
 #include <thread>
 
 namespace platform {
@@ -14,15 +13,6 @@ std::uint32_t tickCount() {
 
 void sleepFor(std::uint32_t milliseconds) {
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-}
-
-bool waitFor(std::condition_variable& condition, std::unique_lock<std::mutex>& lock,
-             std::uint32_t milliseconds, const std::function<bool()>& ready) {
-    return condition.wait_for(lock, std::chrono::milliseconds(milliseconds), ready);
-}
-
-std::int64_t wallClock() {
-    return static_cast<std::int64_t>(std::time(nullptr));
 }
 
 } // namespace platform

@@ -55,12 +55,9 @@ void save(const pugi::xml_document& doc, const std::string& path) {
 
 void XNFileListHelper::updateFileListItems(const std::vector<XNFileItem>& items) {
     XLOG(logProgress, "update plugin, kelvar, update fileList items, count:", items.size());
-    if (items.empty()) {
-        return;
-    }
     const std::string path = _getFileListPath();
     pugi::xml_document doc;
-    if (!load(doc, path, XLOG_SIGNATURE)) {
+    if (items.empty() || !load(doc, path, XLOG_SIGNATURE)) {
         return;
     }
     for (const XNFileItem& item : items) {
@@ -75,12 +72,9 @@ void XNFileListHelper::updateFileListItems(const std::vector<XNFileItem>& items)
 
 void XNFileListHelper::checkDiffAndUpdate(const std::vector<XNFileItem>& items) {
     XLOG(logProgress, "update plugin, kelvar, check diff and update, count:", items.size());
-    if (items.empty()) {
-        return;
-    }
     const std::string path = _getFileListPath();
     pugi::xml_document doc;
-    if (!load(doc, path, XLOG_SIGNATURE)) {
+    if (items.empty() || !load(doc, path, XLOG_SIGNATURE)) {
         return;
     }
     bool changed = false;
