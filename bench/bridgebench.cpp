@@ -13,22 +13,23 @@ std::string materialAnswer(int rows) {
     std::string metas;
     for (int i = 0; i < rows; ++i) {
         const std::string number = std::to_string(i);
-        metas += (metas.empty() ? "" : ",") +
-                 (R"({"version":1,"meta":{"file_id":"file-)" + number +
-                  R"(","file_type":1,"md5":"0123456789abcdef0123456789abcdef","file_hash":"",)"
-                  R"("execute_type":0,"execute_param":"","is_referenced":true,"extends":)"
-                  R"({"osver":"","file_path":"bin/module)" +
-                  number +
-                  R"(.dll","file_md5":"fedcba9876543210fedcba9876543210","check_sys":)"
-                  R"("%sysver%>=\"10.0\"","check_app":"%appver%>=\"1.0\"","non_cab":"0",)"
-                  R"("dependent":"group","exec":""}}})");
+        metas += i == 0 ? "" : ",";
+        metas += R"({"version":1,"meta":{"file_id":"file-)";
+        metas += number;
+        metas += R"(","file_type":1,"md5":"0123456789abcdef0123456789abcdef","file_hash":"",)";
+        metas += R"("execute_type":0,"execute_param":"","is_referenced":true,"extends":)";
+        metas += R"({"osver":"","file_path":"bin/module)";
+        metas += number;
+        metas += R"(.dll","file_md5":"fedcba9876543210fedcba9876543210","check_sys":)";
+        metas += R"("%sysver%>=\"10.0\"","check_app":"%appver%>=\"1.0\"","non_cab":"0",)";
+        metas += R"("dependent":"group","exec":""}}})";
     }
     return R"({"status":[],"metas":[)" + metas + "]}";
 }
 
 void readMaterialAnswer(benchmark::State& state) {
     const std::string text = materialAnswer(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         kelvar::BatchGetMaterialMeta_Response response;
         benchmark::DoNotOptimize(XPbJson().fromJsonString(text, &response, false));
         if (response.metas_size() != state.range(0)) {
@@ -47,7 +48,7 @@ void writeMaterialRequest(benchmark::State& state) {
         key.mutable_material_id()->set_id("material-" + std::to_string(i));
     }
     std::string text;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         XPbJson().toJsonString(request, text, false);
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));

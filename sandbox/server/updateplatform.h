@@ -30,9 +30,9 @@ struct RunReport {
     std::vector<std::string> complaints; ///< everything that was not as expected
 };
 
-/// The update platform, the upgrade server and the material storage on loopback, on a
-/// port that the system chooses. Every question is compared with what the client has to
-/// send, to the byte; one that is unexpected, repeated or out of order is a complaint.
+/// The update platform and the material storage on loopback, on a port that the system
+/// chooses. Every question is compared with what the client has to send, to the byte; one
+/// that is unexpected, repeated or out of order is a complaint.
 /// Threads: the operations belong to one thread; requests are served on threads of the
 /// object's own, and the observer is called there, one call at a time.
 class UpdatePlatform {
