@@ -4,6 +4,7 @@
 /// declare are plain functions nobody calls, so none of them says `override`.
 template <class Interface>
 struct Reserved : Interface {
+    // NOLINTBEGIN(modernize-use-override)
     void reserved0() {}
     void reserved1() {}
     void reserved2() {}
@@ -17,6 +18,7 @@ struct Reserved : Interface {
     void reserved10() {}
     void reserved11() {}
     void reserved12() {}
+    // NOLINTEND(modernize-use-override)
 
 protected:
     ~Reserved() = default;
