@@ -129,6 +129,7 @@ struct CurlService final : Static<IXCurlService> {
     void* curl_easy_init() override { return new Handle; }
     void curl_easy_cleanup(void* handle) override { delete static_cast<Handle*>(handle); }
 
+    // The interface has libcurl's own form. NOLINTNEXTLINE(cert-dcl50-cpp)
     int curl_easy_setopt(void* handle, int option, ...) override {
         auto* easy = static_cast<Handle*>(handle);
         va_list arguments;
