@@ -159,17 +159,6 @@ TEST_F(QueueTest, ASecondAndALateFinishHarmNothing) {
     host.awaitLog(runEnd, 2);
 }
 
-TEST(EventTest, AManualEventStaysAndAnAutomaticOneLetsOneThrough) {
-    for (const bool automatic : {false, true}) {
-        Event event(automatic ? Event::Reset::automatic : Event::Reset::manual);
-        fake::setWaits(fake::Waits::immediate);
-        EXPECT_FALSE(event.wait(5));
-        event.set();
-        EXPECT_TRUE(event.wait(5));
-        EXPECT_EQ(event.wait(5), !automatic);
-    }
-}
-
 TEST(ChannelTest, CanCheckNeedsAllThreeStates) {
     FakeHost host;
     XUpdate channel;
