@@ -303,6 +303,12 @@ TEST_F(MoveTest, AFolderInTheTargetsPlaceStays) {
     EXPECT_TRUE(fails());
     EXPECT_TRUE(host.logged("target is a folder: bin "));
     EXPECT_TRUE(holdsPe("bin\\inside.dll", 1));
+
+    const Bytes cabinet = materials::buildCabinet(materials::CabMethod::stored, {{"x", peOf(3)}});
+    list.materials.clear();
+    offer(material::packed("bin\\temp", "3", peOf(3), cabinet), cabinet);
+    EXPECT_TRUE(fails());
+    EXPECT_TRUE(host.exists("update\\temp")) << "it bears the target's name, and stays";
 }
 
 TEST_F(MoveTest, WithoutAnApplicationFolderNothingIsTouched) {

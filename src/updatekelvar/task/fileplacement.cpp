@@ -110,7 +110,9 @@ bool XTaskKelvarMove::_preMove(const XMaterialMetaData& row, const std::string& 
         // The folder ends in a backslash: the system reads two in a row as one.
         src = updateDir + "\\" + row.fileMd5;
         const std::string expanded = updateDir + "\\" + lastElement(row.filePath);
-        platform::moveFile(expanded, src.c_str(), platform::moveReplaceExisting);
+        if (!platform::isFolder(expanded)) { // "temp" itself may bear a target's name
+            platform::moveFile(expanded, src.c_str(), platform::moveReplaceExisting);
+        }
     }
     _makeDirs(appDir, dst);
     return true;

@@ -56,6 +56,12 @@ std::optional<int> stepOf(const std::string& part) {
     return isDotsAndBlanks(part) || isDevice(part) ? std::nullopt : std::optional(1);
 }
 
+/// As the system takes a name: in any case, without dots and blanks at its end.
+std::string asTaken(std::string name) {
+    name.erase(name.find_last_not_of(". ") + 1);
+    return utils::toLower(name);
+}
+
 } // namespace
 
 namespace materialnames {
@@ -87,15 +93,14 @@ bool staysBelow(const std::string& path) {
 
 bool isSameFile(const std::string& path, const std::string& name) {
     Parts walked;
-    for (std::string& part : partsOf(path)) {
+    for (const std::string& part : partsOf(path)) {
         if (part == "..") {
             walked.pop_back(); // it stays below: there is one
         } else if (!part.empty() && part != ".") {
-            part.erase(part.find_last_not_of(". ") + 1); // the system drops them
-            walked.push_back(utils::toLower(part));
+            walked.push_back(asTaken(part));
         }
     }
-    return walked == Parts{utils::toLower(name)};
+    return walked == Parts{asTaken(name)};
 }
 
 } // namespace materialnames
