@@ -4,6 +4,7 @@
   checks.py [FOLDER]      checks the repository in FOLDER (default: the current one)
   checks.py --self-test   shows that each check finds what it is there for
 """
+import json
 import pathlib
 import re
 import sys
@@ -89,7 +90,23 @@ def check_log_reference(root):
             yield f'docs/log-reference.md: no source writes "{text}"'
 
 
-CHECKS = (check_includes, check_system, check_log_reference)
+# Libraries of the Windows builds: name in tools/windowsdeps -> name in vcpkg.json.
+VCPKG_NAMES = {"googletest": "gtest", "nlohmann-json3-dev": "nlohmann-json", "libcli11-dev": "cli11",
+               "libz-mingw-w64-dev": "zlib"}
+
+
+def check_windows_libraries(root):
+    script = (root / "tools" / "windowsdeps").read_text(encoding="utf-8")
+    built = re.findall(r'^    "([a-z0-9]+) ', script, re.MULTILINE)
+    ready = re.search(r"^ready_packages=\((.*)\)", script, re.MULTILINE)[1].split()
+    listed = json.loads((root / "vcpkg.json").read_text(encoding="utf-8"))["dependencies"]
+    wanted = {VCPKG_NAMES.get(name, name) for name in built + ready}
+    named = {entry if isinstance(entry, str) else entry["name"] for entry in listed}
+    yield from (f"vcpkg.json: {name} is missing, which tools/windowsdeps has" for name in sorted(wanted - named))
+    yield from (f"vcpkg.json: {name} is not in tools/windowsdeps" for name in sorted(named - wanted))
+
+
+CHECKS = (check_includes, check_system, check_log_reference, check_windows_libraries)
 
 
 def run(root):
@@ -103,6 +120,8 @@ def self_test():
         "src/utils/c.cpp": '#include "tests/d.h"\nXLOG(logProgress, "update plugin, unheard of");\n',
         "sandbox/cli/e.cpp": "#include <windows.h>\n",
         "docs/log-reference.md": "| `update plugin, never written` |\n",
+        "tools/windowsdeps": 'libraries=(\n    "googletest googletest"\n)\nready_packages=(libcli11-dev)\n',
+        "vcpkg.json": '{"dependencies": ["gtest", "zlib"]}',
     }
     with tempfile.TemporaryDirectory() as folder:
         root = pathlib.Path(folder)
@@ -112,7 +131,8 @@ def self_test():
         findings = "\n".join(run(root))
     wanted = ["a.h:1: platform may not include host/log.h", "b.cpp:1: updatekelvar may not include updatepkg/x.h",
               "b.cpp:2: the system is named", "c.cpp:1: utils may not include tests/d.h", "e.cpp:1: the system is named",
-              'log line "update plugin, unheard of" is not', 'no source writes "update plugin, never written"']
+              'log line "update plugin, unheard of" is not', 'no source writes "update plugin, never written"',
+              "vcpkg.json: cli11 is missing", "vcpkg.json: zlib is not in"]
     return [f"self-test: not found: {text}" for text in wanted if text not in findings]
 
 
