@@ -5,21 +5,11 @@
 
 #include "host/log.h"
 #include "host/objectloader.h"
+#include "host/transfer.h"
 #include "platform/files.h"
 #include "platform/paths.h"
 #include "updatekelvar/task/materialnames.h"
 #include "utils/utils.h"
-
-namespace {
-
-// Options and results of libcurl's easy interface.
-constexpr int optionWriteData = 10001;
-constexpr int optionUrl = 10002;
-constexpr int optionWriteFunction = 20011;
-constexpr int optionSslVerifyPeer = 64;
-constexpr int failedInit = 2;
-
-} // namespace
 
 void XTaskKelvarDownload::check(const XBatchGetMaterialMetaData* data, FinishCallback finish) {
     XLOG(logProgress, "update plugin, kelvar, task download, check ... ");
@@ -98,24 +88,14 @@ bool XTaskKelvarDownload::_downloadFile(IXCurlService* service, const XMaterialM
         XLOG(logProgress, "update plugin, download task, open err, path", path);
         return false;
     }
-    int code = failedInit;
-    if (void* handle = service->curl_easy_init()) {
-        service->curl_easy_setopt(handle, optionUrl, row.downloadUrl.c_str());
-        service->curl_easy_setopt(handle, optionWriteFunction, &_writeBody);
-        service->curl_easy_setopt(handle, optionWriteData, static_cast<void*>(file));
-        // The storage is not asked to prove itself: a wrong file fails its MD5 test.
-        service->curl_easy_setopt(handle, optionSslVerifyPeer, 0L);
-        code = service->curl_easy_perform(handle);
-        if (code != 0) {
-            XLOG(logProgress, "update plugin, download task, perform err:", code);
-        }
-        service->curl_easy_cleanup(handle);
-    }
+    // The storage is not asked to prove itself: a wrong file fails its MD5 test.
+    const int code =
+        transfer::perform(service, row.downloadUrl, &_writeBody, file, transfer::Peer::anyone);
     static_cast<void>(std::fclose(file)); // a tail that does not reach the disk fails the MD5 test
     return code == 0;
 }
 
 std::size_t XTaskKelvarDownload::_writeBody(char* data, std::size_t size, std::size_t count,
                                             void* file) {
-    return std::fwrite(data, size, count, static_cast<std::FILE*>(file));
+    return transfer::writeToFile(data, size, count, file);
 }
