@@ -111,13 +111,14 @@ std::map<std::string, ListedFile> readFileList(const std::filesystem::path& file
     return entries;
 }
 
-ClientState readClient(const Folders& folders) {
+ClientState readClient(const ClientSystem& system) {
+    const Folders& folders = system.folders();
     ClientState state;
     readFiles(folders.client(), state);
     readVersions(folders.versions(), state);
     state.settings = readJson(folders.settings()).value_or(Json::object());
     state.listed = readFileList(fileListPath(folders));
-    state.pending = pendingMoves(folders.client());
+    state.pending = system.pending();
     return state;
 }
 

@@ -8,8 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "sandbox/common/folders.h"
-#include "sandbox/platform/delayed.h"
+#include "sandbox/cli/clientsystem.h"
 
 /// What stands in a client's folder at one moment. Reads only; a file that is missing or
 /// damaged reads as empty.
@@ -41,7 +40,7 @@ struct ClientState {
     std::map<std::string, std::string> versions; ///< the version store, by comparable path
     nlohmann::json settings = nlohmann::json::object();
     std::map<std::string, ListedFile> listed; ///< filelist.xml, by comparable name
-    std::vector<PendingMove> pending;
+    PendingList pending;
 
     /// Of the file itself, or else what the version store has for it; nothing without a
     /// file.
@@ -50,7 +49,7 @@ struct ClientState {
     std::map<std::string, std::string> padding() const;
 };
 
-ClientState readClient(const Folders& folders);
+ClientState readClient(const ClientSystem& system);
 
 /// The entries of a filelist.xml, by comparable name.
 std::map<std::string, ListedFile> readFileList(const std::filesystem::path& file);

@@ -34,15 +34,16 @@ void compareUntouched(Comparison& comparison, const BuiltMaterial& material) {
 
 bool isScheduled(const Comparison& comparison, const std::string& path, const std::string& file) {
     const std::string target = "\\" + comparablePath(path);
-    return std::any_of(
-        comparison.now.pending.begin(), comparison.now.pending.end(), [&](const PendingMove& move) {
-            const std::string to = comparablePath(move.to);
-            const std::string from = comparablePath(move.from);
-            return to.size() > target.size() &&
-                   to.compare(to.size() - target.size(), target.size(), target) == 0 &&
-                   from.size() > file.size() &&
-                   from.compare(from.size() - file.size(), file.size(), file) == 0;
-        });
+    return std::any_of(comparison.now.pending.moves.begin(), comparison.now.pending.moves.end(),
+                       [&](const PendingMove& move) {
+                           const std::string to = comparablePath(move.to);
+                           const std::string from = comparablePath(move.from);
+                           return to.size() > target.size() &&
+                                  to.compare(to.size() - target.size(), target.size(), target) ==
+                                      0 &&
+                                  from.size() > file.size() &&
+                                  from.compare(from.size() - file.size(), file.size(), file) == 0;
+                       });
 }
 
 void compareWaiting(Comparison& comparison, const BuiltMaterial& material) {

@@ -74,10 +74,13 @@ void compareSettings(Comparison& comparison) {
 
 void comparePending(Comparison& comparison) {
     std::size_t deletes = 0;
-    for (const PendingMove& move : comparison.now.pending) {
+    for (const PendingMove& move : comparison.now.pending.moves) {
         deletes += move.to.empty() ? 1 : 0;
     }
-    const std::size_t replaces = comparison.now.pending.size() - deletes;
+    const std::size_t replaces = comparison.now.pending.moves.size() - deletes;
+    for (const std::string& fault : comparison.now.pending.faults) {
+        comparison.differ("delayed moves", "no faults", fault);
+    }
     const auto words = [](std::size_t r, std::size_t d) {
         return std::to_string(r) + " replaces, " + std::to_string(d) + " deletes";
     };

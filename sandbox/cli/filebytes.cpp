@@ -1,7 +1,9 @@
 #include "sandbox/cli/filebytes.h"
 
+#include <algorithm>
 #include <array>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -71,6 +73,22 @@ Bytes bytesOf(const FilePlan& file, std::uint64_t seed, const std::string& name)
     throw std::runtime_error("no bytes for a file of kind \"" + file.kind + "\"");
 }
 
+Bytes withVersion(Bytes image, const std::string& version) {
+    // Signature and structure version of VS_FIXEDFILEINFO; the file's version comes next.
+    static constexpr std::array<std::uint8_t, 8> fixedInfo{0xBD, 0x04, 0xEF, 0xFE, 0, 0, 1, 0};
+    const platform::FileVersion words = parsedVersion(version);
+    const auto found = std::search(image.begin(), image.end(), fixedInfo.begin(), fixedInfo.end());
+    if (image.end() - found < std::ptrdiff_t{2} * std::ssize(fixedInfo)) {
+        throw std::runtime_error("the image has no version resource");
+    }
+    auto at = found + std::ssize(fixedInfo);
+    for (const std::size_t word : {1U, 0U, 3U, 2U}) { // two numbers, each of two words
+        *at++ = static_cast<std::uint8_t>(words[word] & 0xFF);
+        *at++ = static_cast<std::uint8_t>(words[word] >> 8);
+    }
+    return image;
+}
+
 Bytes cabinetOf(const std::string& method,
                 const std::vector<std::pair<std::string, Bytes>>& members) {
     for (const MethodName& known : methods) {
@@ -102,6 +120,14 @@ std::string md5OfFile(const std::filesystem::path& file) {
         digest.update(block.data(), static_cast<std::size_t>(stream.gcount()));
     }
     return hexOf(digest.finish());
+}
+
+Bytes readBytes(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        throw std::runtime_error("cannot read " + file.string());
+    }
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 void writeBytes(const std::filesystem::path& file, const Bytes& bytes) {

@@ -17,6 +17,10 @@ using materials::Bytes;
 /// The bytes of a file of kind "pe" or "data"; the same for the same seed and name.
 Bytes bytesOf(const FilePlan& file, std::uint64_t seed, const std::string& name);
 
+/// The image with that version, of four parts, in its version resource. Throws
+/// std::runtime_error when it has none.
+Bytes withVersion(Bytes image, const std::string& version);
+
 /// A cabinet of these members by "stored", "mszip", "lzx" or "quantum". Throws
 /// std::runtime_error for another method.
 Bytes cabinetOf(const std::string& method,
@@ -26,6 +30,9 @@ Bytes cabinetOf(const std::string& method,
 std::string md5Of(const Bytes& bytes);
 /// The same of a file; empty when it cannot be read.
 std::string md5OfFile(const std::filesystem::path& file);
+
+/// Throws std::runtime_error when the file cannot be read.
+Bytes readBytes(const std::filesystem::path& file);
 
 /// Writes a file whose folder is there or can be made. Throws std::runtime_error.
 void writeBytes(const std::filesystem::path& file, const Bytes& bytes);

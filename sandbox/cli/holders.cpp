@@ -7,7 +7,6 @@
 #include <thread>
 
 #include "sandbox/cli/layout.h"
-#include "sandbox/platform/childprocess.h"
 
 namespace sandbox {
 namespace {
@@ -31,17 +30,18 @@ void waitUntilReady(ChildProcess& process, const std::filesystem::path& output,
     }
 }
 
-Holder start(const Folders& folders, const std::string& by, const std::vector<std::string>& files,
-             std::size_t number) {
+Holder start(const ClientSystem& system, const std::string& by,
+             const std::vector<std::string>& files, std::size_t number) {
+    const Folders& folders = system.folders();
     std::vector<std::string> arguments;
     std::string names;
     for (const std::string& file : files) {
-        arguments.push_back(clientFile(folders, file).string());
+        arguments.push_back(system.spelled(clientFile(folders, file)));
         names += (names.empty() ? "" : ", ") + file;
     }
     const auto program = clientFile(folders, by);
     const auto output = folders.state() / ("holder" + std::to_string(number) + ".out");
-    auto process = ChildProcess::start(program, arguments, folders.client(), output);
+    auto process = system.start(program, arguments, output);
     if (!process) {
         throw std::runtime_error(program.string() + " cannot be started");
     }
@@ -51,7 +51,7 @@ Holder start(const Folders& folders, const std::string& by, const std::vector<st
 
 } // namespace
 
-std::vector<Holder> startHolders(const Scenario& scenario, const Folders& folders) {
+std::vector<Holder> startHolders(const Scenario& scenario, const ClientSystem& system) {
     std::map<std::string, std::vector<std::string>> filesByProgram;
     for (const HeldPlan& held : scenario.client.held) {
         filesByProgram[held.by].push_back(held.file);
@@ -59,7 +59,7 @@ std::vector<Holder> startHolders(const Scenario& scenario, const Folders& folder
     std::vector<Holder> holders;
     holders.reserve(filesByProgram.size());
     for (const auto& [by, files] : filesByProgram) {
-        holders.push_back(start(folders, by, files, holders.size() + 1));
+        holders.push_back(start(system, by, files, holders.size() + 1));
     }
     return holders;
 }

@@ -2,15 +2,15 @@
 
 #include <vector>
 
+#include "sandbox/cli/clientsystem.h"
 #include "sandbox/cli/runstate.h"
 #include "sandbox/cli/scenario.h"
-#include "sandbox/common/folders.h"
 
 namespace sandbox {
 
 /// Starts the programs of the scenario that keep files in use and waits until each holds
 /// its files. They run on when this process ends. Throws std::runtime_error when one does
 /// not get that far.
-std::vector<Holder> startHolders(const Scenario& scenario, const Folders& folders);
+std::vector<Holder> startHolders(const Scenario& scenario, const ClientSystem& system);
 
 } // namespace sandbox

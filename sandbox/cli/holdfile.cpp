@@ -15,10 +15,11 @@ int main(int count, char** arguments) {
     sandbox::watchStopSignals();
     std::vector<std::unique_ptr<sandbox::HeldFile>> held;
     held.push_back(std::make_unique<sandbox::HeldFile>(sandbox::executableFile()));
-    for (int i = 1; i < count; ++i) {
-        held.push_back(std::make_unique<sandbox::HeldFile>(arguments[i]));
+    for (const std::string& file : sandbox::ownArguments(count, arguments)) {
+        const std::u8string path(file.begin(), file.end());
+        held.push_back(std::make_unique<sandbox::HeldFile>(path));
         if (!held.back()->isHeld()) {
-            std::cerr << "cannot hold " << arguments[i] << "\n";
+            std::cerr << "cannot hold " << file << "\n";
             return 1;
         }
     }

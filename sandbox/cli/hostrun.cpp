@@ -9,9 +9,7 @@
 #include "sandbox/cli/eventtail.h"
 #include "sandbox/cli/layout.h"
 #include "sandbox/cli/notes.h"
-#include "sandbox/platform/childprocess.h"
 #include "sandbox/platform/otherprocess.h"
-#include "sandbox/platform/programnames.h"
 
 namespace sandbox {
 namespace {
@@ -109,15 +107,16 @@ private:
 
 } // namespace
 
-HostResult runHost(const Folders& folders, const std::vector<std::string>& arguments,
+HostResult runHost(const ClientSystem& system, const std::vector<std::string>& arguments,
                    const std::filesystem::path& outputFile, ServerFeed& feed, RowTracker& tracker,
                    RunView& view) {
+    const Folders& folders = system.folders();
     HostResult result;
     Follower follower(folders, feed, tracker, view);
     const std::size_t tracesBefore = countTraces(folders);
     const auto begin = Clock::now();
-    auto host = ChildProcess::start(folders.client() / programFile("trayhost"), arguments,
-                                    folders.client(), outputFile);
+    auto host =
+        system.start(folders.client() / system.programFile("trayhost"), arguments, outputFile);
     if (!host) {
         throw std::runtime_error("the host cannot be started");
     }

@@ -5,10 +5,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include "sandbox/cli/clientsystem.h"
 #include "sandbox/cli/rowtracker.h"
 #include "sandbox/cli/runview.h"
 #include "sandbox/cli/serverfeed.h"
-#include "sandbox/common/folders.h"
 
 namespace sandbox {
 
@@ -23,7 +23,7 @@ struct HostResult {
 
 /// Runs the client's host with these arguments to its end and shows what happens. Its
 /// output goes to `outputFile`. Throws std::runtime_error when it cannot be started.
-HostResult runHost(const Folders& folders, const std::vector<std::string>& arguments,
+HostResult runHost(const ClientSystem& system, const std::vector<std::string>& arguments,
                    const std::filesystem::path& outputFile, ServerFeed& feed, RowTracker& tracker,
                    RunView& view);
 

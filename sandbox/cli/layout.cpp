@@ -10,7 +10,6 @@
 #include "sandbox/cli/filelistxml.h"
 #include "sandbox/common/clientpath.h"
 #include "sandbox/common/jsonfile.h"
-#include "sandbox/platform/programnames.h"
 
 namespace sandbox {
 namespace {
@@ -25,7 +24,6 @@ constexpr std::array<const char*, 7> modules{"xnbase.dll",    "OrvBase.dll", "XN
 constexpr const char* channelModule = "OrvSecurityver.dll";
 /// A client path has less than 260 characters; this leaves room for files below.
 constexpr std::size_t longestClientPath = 160;
-constexpr std::size_t channelImageSize = 4096;
 
 void copyFile(const fs::path& from, const fs::path& to) {
     if (!fs::exists(from)) {
@@ -40,31 +38,31 @@ bool isLeftOut(const Scenario& scenario, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-void copyModules(const Scenario& scenario, const Folders& folders, const fs::path& binaries) {
-    const std::string host = programFile("trayhost");
-    copyFile(binaries / host, folders.client() / host);
+void copyModules(const Scenario& scenario, const ClientSystem& system, const fs::path& binaries) {
+    const fs::path client = system.folders().client();
+    const std::string host = system.programFile("trayhost");
+    copyFile(binaries / host, client / host);
     for (const char* module : modules) {
         if (!isLeftOut(scenario, module)) {
-            copyFile(binaries / module, folders.client() / module);
+            copyFile(binaries / module, client / module);
         }
     }
     if (!isLeftOut(scenario, channelModule)) {
-        const FilePlan image{kindPe, scenario.client.version, channelImageSize};
-        writeBytes(folders.client() / channelModule, bytesOf(image, scenario.seed, channelModule));
-        copyFile(binaries / channelModule, folders.client() / imageFile(channelModule));
+        system.layOutModule(binaries / channelModule, client / channelModule,
+                            scenario.client.version);
     }
     if (!isLeftOut(scenario, "xrefresher.dll")) {
-        copyFile(binaries / "xrefresher.dll", folders.client() / "xnplugins" / "xrefresher.dll");
+        copyFile(binaries / "xrefresher.dll", client / "xnplugins" / "xrefresher.dll");
     }
 }
 
-void writeClientFile(const Scenario& scenario, const Folders& folders, const fs::path& binaries,
+void writeClientFile(const Scenario& scenario, const ClientSystem& system, const fs::path& binaries,
                      const ClientFile& file) {
-    const fs::path target = clientFile(folders, file.path);
+    const fs::path target = clientFile(system.folders(), file.path);
     if (file.file.kind == kindProgram) {
-        copyFile(binaries / programFile("sampleprogram"), target);
+        copyFile(binaries / system.programFile("sampleprogram"), target);
     } else if (file.file.kind == kindHolder) {
-        copyFile(binaries / programFile("holdfile"), target);
+        copyFile(binaries / system.programFile("holdfile"), target);
     } else {
         writeBytes(target, bytesOf(file.file, scenario.seed, file.path));
     }
@@ -98,10 +96,11 @@ void save(const fs::path& file, const Json& json) {
     }
 }
 
-void writeStores(const Scenario& scenario, const Folders& folders, const std::string& address) {
+void writeStores(const Scenario& scenario, const ClientSystem& system, const std::string& address) {
+    const Folders& folders = system.folders();
     Json config{{"serverAddress", address}, {"upgradeAddress", address}};
     config.merge_patch(scenario.client.config);
-    config["homeDirectory"] = folders.home().string();
+    config["homeDirectory"] = system.spelled(folders.home());
     save(folders.config(), config);
     save(folders.settings(), scenario.client.settings);
     save(folders.versions(), versionStore(scenario));
@@ -135,8 +134,8 @@ void clearRunFolder(const Folders& folders) {
     if (fs::exists(root) && !fs::is_empty(root) && !fs::exists(folders.config())) {
         throw std::runtime_error(root.string() + " holds something else than a run");
     }
-    for (const fs::path& part :
-         {folders.client(), folders.home(), folders.storage(), folders.state()}) {
+    for (const fs::path& part : {folders.client(), folders.home(), folders.storage(),
+                                 folders.state(), wineFolder(folders)}) {
         fs::remove_all(part);
     }
     // The mark of a run comes first: a layout that breaks off can be cleared again.
@@ -147,16 +146,17 @@ void clearRunFolder(const Folders& folders) {
     fs::create_directories(folders.home());
 }
 
-void layOutClient(const Scenario& scenario, const Folders& folders, const fs::path& binaries,
+void layOutClient(const Scenario& scenario, const ClientSystem& system, const fs::path& binaries,
                   const std::string& address) {
-    copyModules(scenario, folders, binaries);
+    const Folders& folders = system.folders();
+    copyModules(scenario, system, binaries);
     for (const std::string& folder : scenario.client.folders) {
         fs::create_directories(clientFile(folders, folder));
     }
     for (const ClientFile& file : scenario.client.files) {
-        writeClientFile(scenario, folders, binaries, file);
+        writeClientFile(scenario, system, binaries, file);
     }
-    writeStores(scenario, folders, address);
+    writeStores(scenario, system, address);
     if (scenario.client.fileListEntries > 0) {
         writeFileList(fileListPath(folders), listedFiles(scenario, folders),
                       scenario.client.fileListEntries);

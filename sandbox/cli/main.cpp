@@ -6,6 +6,7 @@
 #include "sandbox/cli/restart.h"
 #include "sandbox/cli/session.h"
 #include "sandbox/cli/show.h"
+#include "sandbox/platform/hostprocess.h"
 
 namespace {
 
@@ -14,10 +15,18 @@ constexpr int exitAsExpected = 0;
 constexpr int exitDifferent = 1;
 constexpr int exitSandboxFailed = 2;
 
+/// Where the build folders of all systems lie.
+std::filesystem::path buildFolders() {
+    return sandbox::executableFile().parent_path().parent_path();
+}
+
 struct Options {
     std::string scenario;
     std::string folder = "sandbox-run";
     std::size_t steps = std::numeric_limits<std::size_t>::max();
+    bool windows = false;
+    std::string binaries;
+    std::string wine = (buildFolders() / "wine").string();
     bool keep = false;
     bool all = false;
 };
@@ -26,18 +35,31 @@ sandbox::Folders foldersOf(const Options& options) {
     return sandbox::Folders(std::filesystem::absolute(options.folder).lexically_normal());
 }
 
+std::unique_ptr<sandbox::ClientSystem> newSystem(const Options& options) {
+    return options.windows ? sandbox::wineSystem(foldersOf(options), options.wine)
+                           : sandbox::nativeSystem(foldersOf(options));
+}
+
+std::filesystem::path binariesOf(const Options& options) {
+    if (!options.binaries.empty()) {
+        return options.binaries;
+    }
+    return options.windows ? buildFolders() / "windows" : sandbox::executableFile().parent_path();
+}
+
 /// Of a run that is there.
-sandbox::Folders existingRun(const Options& options) {
-    sandbox::Folders folders = foldersOf(options);
+std::unique_ptr<sandbox::ClientSystem> existingSystem(const Options& options) {
+    const sandbox::Folders folders = foldersOf(options);
     if (!std::filesystem::exists(folders.config())) {
         throw std::runtime_error(folders.root().string() + " holds no run");
     }
-    return folders;
+    return sandbox::systemOf(folders);
 }
 
 int run(const Options& options, sandbox::Console& console) {
-    sandbox::Session session(sandbox::readScenario(options.scenario), options.scenario,
-                             foldersOf(options), console);
+    const auto system = newSystem(options);
+    sandbox::Session session(sandbox::readScenario(options.scenario), options.scenario, *system,
+                             binariesOf(options), console);
     if (options.keep) {
         session.keepHolders();
     }
@@ -45,11 +67,14 @@ int run(const Options& options, sandbox::Console& console) {
 }
 
 int restart(const Options& options, sandbox::Console& console) {
-    return sandbox::restartMachine(existingRun(options), console) ? exitAsExpected : exitDifferent;
+    const auto system = existingSystem(options);
+    const bool good = sandbox::restartMachine(*system, console);
+    system->shutDown();
+    return good ? exitAsExpected : exitDifferent;
 }
 
 int show(const Options& options, sandbox::Console& console) {
-    sandbox::showRun(existingRun(options), options.all, console);
+    sandbox::showRun(*existingSystem(options), options.all, console);
     return exitAsExpected;
 }
 
@@ -63,10 +88,22 @@ CLI::App* addRun(CLI::App& app, Options& options) {
                "compare what stands with what the scenario expects");
     command->add_option("scenario", options.scenario, "Scenario file")->required();
     addFolder(command, options);
+    command->add_flag("--windows", options.windows,
+                      "The client is the one built for Windows and runs under Wine, on a Windows "
+                      "of the run's own; restart and show go on there");
+    command
+        ->add_option("--binaries", options.binaries,
+                     "Folder of the client's programs and modules; else that of xsandbox, or "
+                     "\"windows\" beside it")
+        ->type_name("FOLDER");
+    command->add_option("--wine", options.wine, "Wine system that the run's own is made after")
+        ->type_name("FOLDER")
+        ->capture_default_str();
     command->add_option("--steps", options.steps, "Stop after so many steps of the scenario")
         ->type_name("N");
     command->add_flag("--keep", options.keep,
-                      "Leave programs that keep files in use running at the end");
+                      "Leave programs that keep files in use, and the Windows of the run, "
+                      "running at the end");
     return command;
 }
 

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "sandbox/cli/clientsystem.h"
 #include "sandbox/cli/console.h"
-#include "sandbox/common/folders.h"
 
 namespace sandbox {
 
-/// Does to a client's folder what a restart of the machine does: ends the programs that
-/// keep files in use and carries out the delayed moves. Says what it did; whether every
-/// move could be carried out.
-bool restartMachine(const Folders& folders, Console& console);
+/// Restarts the client's machine: ends the programs that keep files in use, and the system
+/// carries out the delayed moves. Says what happened; whether every move did.
+bool restartMachine(ClientSystem& system, Console& console);
 
 } // namespace sandbox

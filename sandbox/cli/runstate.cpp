@@ -48,19 +48,18 @@ void saveRunState(const Folders& folders, const RunState& state) {
     }
 }
 
-std::vector<std::string> endHolders(const Folders& folders) {
-    RunState state = readRunState(folders);
+std::vector<std::string> endHolders(const ClientSystem& system) {
+    RunState state = readRunState(system.folders());
     std::vector<std::string> ended;
     for (const Holder& holder : state.holders) {
         // The number may belong to another program by now.
-        if (processFile(holder.id) == std::filesystem::path(holder.program) &&
-            endProcessOf(holder.id)) {
+        if (system.runs(holder.id, holder.program) && endProcessOf(holder.id)) {
             ended.push_back(holder.program + ", which kept " + holder.file);
         }
     }
     if (!state.holders.empty()) {
         state.holders.clear();
-        saveRunState(folders, state);
+        saveRunState(system.folders(), state);
     }
     return ended;
 }

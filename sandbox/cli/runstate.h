@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "sandbox/common/folders.h"
+#include "sandbox/cli/clientsystem.h"
 
 namespace sandbox {
 
@@ -30,6 +30,6 @@ void saveRunState(const Folders& folders, const RunState& state);
 
 /// Ends the holders that still run what they were started with, and forgets all. The
 /// ones ended, in words.
-std::vector<std::string> endHolders(const Folders& folders);
+std::vector<std::string> endHolders(const ClientSystem& system);
 
 } // namespace sandbox

@@ -8,7 +8,6 @@
 #include "sandbox/cli/layout.h"
 #include "sandbox/cli/restart.h"
 #include "sandbox/cli/runstate.h"
-#include "sandbox/platform/hostprocess.h"
 
 namespace sandbox {
 namespace {
@@ -35,14 +34,16 @@ std::string secondsText(double seconds) {
 
 } // namespace
 
-Session::Session(Scenario read, std::string file, Folders runFolders, Console& output)
-    : scenario(std::move(read)), scenarioFile(std::move(file)), folders(std::move(runFolders)),
-      console(output) {}
+Session::Session(Scenario read, std::string file, ClientSystem& machine,
+                 std::filesystem::path built, Console& output)
+    : scenario(std::move(read)), scenarioFile(std::move(file)), system(machine),
+      folders(machine.folders()), binaries(std::move(built)), console(output) {}
 
 Session::~Session() {
     if (!keep) {
         try {
-            endHolders(folders);
+            endHolders(system);
+            system.shutDown();
         } catch (const std::exception& error) {
             console.row(Mark::fault, {error.what()}, {});
         }
@@ -64,15 +65,18 @@ bool Session::run(std::size_t phases) {
 
 void Session::layOut() {
     console.heading(scenario.title);
-    endHolders(folders);
+    const auto earlier = systemOf(folders);
+    endHolders(*earlier);
+    earlier->shutDown();
     clearRunFolder(folders);
+    system.install(binaries);
     platform = std::make_unique<UpdatePlatform>(
         folders.storage().string(), [this](const PlatformEvent& event) { feed.put(event); });
     platform->start();
-    layOutClient(scenario, folders, executableFile().parent_path(), platform->address());
+    layOutClient(scenario, system, binaries, platform->address());
     build();
     expectation =
-        std::make_unique<Expectation>(materials, readClient(folders), scenario.client.background);
+        std::make_unique<Expectation>(materials, readClient(system), scenario.client.background);
     hold();
     describe();
 }
@@ -89,6 +93,7 @@ void Session::describe() {
         console.row(Mark::none, {what, text}, {8});
     };
     tell("folder", folders.root().string());
+    tell("system", system.name());
     tell("client", "version " + scenario.client.version + ", " +
                        counted(scenario.client.files.size(), "file") + ", " +
                        std::to_string(scenario.client.fileListEntries) +
@@ -108,7 +113,7 @@ void Session::hold() {
     RunState state;
     state.scenario = scenarioFile;
     state.address = platform->address();
-    state.holders = startHolders(scenario, folders);
+    state.holders = startHolders(scenario, system);
     saveRunState(folders, state);
 }
 
@@ -132,7 +137,7 @@ PhaseFacts Session::runClient(const Phase& phase) {
     platform->beginRun(offerOf(scenario, materials, phase.options),
                        expectedRunOf(materials, phase.options));
     const auto output = folders.state() / ("host" + std::to_string(phasesDone + 1) + ".out");
-    HostResult result = runHost(folders, hostArguments(phase), output, feed, tracker, view);
+    HostResult result = runHost(system, hostArguments(phase), output, feed, tracker, view);
     PhaseFacts facts;
     facts.hostExit = result.exit;
     facts.events = std::move(result.events);
@@ -149,7 +154,7 @@ PhaseFacts Session::runClient(const Phase& phase) {
 PhaseFacts Session::restart() {
     PhaseFacts facts;
     facts.isRestart = true;
-    if (!restartMachine(folders, console)) {
+    if (!restartMachine(system, console)) {
         facts.report.complaints.emplace_back("a delayed move failed");
     }
     return facts;
@@ -174,7 +179,7 @@ void Session::showSummary(const PhaseFacts& facts) {
 
 bool Session::conclude(const Phase& phase, const PhaseFacts& facts) {
     const std::vector<std::string> differences =
-        expectation->compare(phase.expect, facts, readClient(folders));
+        expectation->compare(phase.expect, facts, readClient(system));
     RunState state = readRunState(folders);
     state.phase = ++phasesDone;
     saveRunState(folders, state);

@@ -5,20 +5,22 @@
 #include <string>
 #include <vector>
 
+#include "sandbox/cli/clientsystem.h"
 #include "sandbox/cli/console.h"
 #include "sandbox/cli/expectation.h"
 #include "sandbox/cli/hostrun.h"
 #include "sandbox/cli/scenario.h"
 #include "sandbox/cli/serverfeed.h"
-#include "sandbox/common/folders.h"
 
 namespace sandbox {
 
 /// One scenario from its layout to its last phase, shown as it goes. One thread.
 class Session {
 public:
-    Session(Scenario scenario, std::string scenarioFile, Folders folders, Console& console);
-    /// Ends the programs that keep files in use, unless they are to go on.
+    /// The system, and its programs and modules in `binaries`; it outlives the object.
+    Session(Scenario scenario, std::string scenarioFile, ClientSystem& system,
+            std::filesystem::path binaries, Console& console);
+    /// Ends the programs that keep files in use and the system, unless they are to go on.
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -44,7 +46,9 @@ private:
 
     Scenario scenario;
     std::string scenarioFile;
-    Folders folders;
+    ClientSystem& system;
+    const Folders& folders;
+    std::filesystem::path binaries;
     Console& console;
     bool keep = false;
     ServerFeed feed;

@@ -10,7 +10,6 @@
 #include "sandbox/cli/runstate.h"
 #include "sandbox/common/clientpath.h"
 #include "sandbox/common/jsonfile.h"
-#include "sandbox/platform/otherprocess.h"
 
 namespace sandbox {
 namespace {
@@ -65,7 +64,7 @@ void showFileList(const ClientState& state, const Folders& folders, bool all, Co
     console.table({"name", "was", "version", "PE", "size", "md5"}, rows);
 }
 
-void showWaiting(const ClientState& state, const Folders& folders, Console& console) {
+void showWaiting(const ClientState& state, const ClientSystem& system, Console& console) {
     Rows waiting;
     for (const auto& [target, file] : state.padding()) {
         // A file out of a cabinet that waits with its group is listed with a leading "\\".
@@ -76,15 +75,18 @@ void showWaiting(const ClientState& state, const Folders& folders, Console& cons
     console.heading("Padding list");
     console.table({"target", "waiting file", "state"}, waiting);
     Rows moves;
-    const std::string client = toClientPath(folders.client()) + "\\";
+    const std::string client = toClientPath(system.spelled(system.folders().client())) + "\\";
     const auto brief = [&](const std::string& path) {
         return path.rfind(client, 0) == 0 ? path.substr(client.size()) : path;
     };
-    for (const PendingMove& move : state.pending) {
+    for (const PendingMove& move : state.pending.moves) {
         moves.push_back({brief(move.from), move.to.empty() ? "(delete)" : brief(move.to)});
     }
     console.heading("Left to the next restart");
     console.table({"from", "to"}, moves);
+    for (const std::string& fault : state.pending.faults) {
+        console.row(Mark::fault, {fault}, {});
+    }
 }
 
 void showTraces(const Folders& folders, Console& console) {
@@ -126,10 +128,10 @@ void showEvents(const Folders& folders, Console& console) {
     console.table({"type", "bytes", "version"}, notifications);
 }
 
-void showHolders(const Folders& folders, Console& console) {
+void showHolders(const ClientSystem& system, Console& console) {
     Rows rows;
-    for (const Holder& holder : readRunState(folders).holders) {
-        const bool runs = processFile(holder.id) == std::filesystem::path(holder.program);
+    for (const Holder& holder : readRunState(system.folders()).holders) {
+        const bool runs = system.runs(holder.id, holder.program);
         rows.push_back({holder.file, std::to_string(holder.id), runs ? "runs" : "has ended"});
     }
     console.heading("Files in use");
@@ -138,13 +140,14 @@ void showHolders(const Folders& folders, Console& console) {
 
 } // namespace
 
-void showRun(const Folders& folders, bool allEntries, Console& console) {
-    const ClientState state = readClient(folders);
+void showRun(const ClientSystem& system, bool allEntries, Console& console) {
+    const Folders& folders = system.folders();
+    const ClientState state = readClient(system);
     showFiles(state, console);
     showFileList(state, folders, allEntries, console);
     showStores(state, console);
-    showHolders(folders, console);
-    showWaiting(state, folders, console);
+    showHolders(system, console);
+    showWaiting(state, system, console);
     showEvents(folders, console);
     showTraces(folders, console);
 }

@@ -1,10 +1,15 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <string_view>
 
-/// Writes that other processes may watch. Any thread.
+/// Files that others read and write at the same time. Any thread.
 namespace sandbox {
+
+/// The whole content; nothing when the file cannot be read. Is in no writer's way.
+std::optional<std::string> readFile(const std::filesystem::path& file);
 
 /// Appends with a single write, so that lines of several processes do not mix; makes the
 /// file when it is not there. False when it cannot.

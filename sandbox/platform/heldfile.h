@@ -5,11 +5,11 @@
 
 namespace sandbox {
 
-/// Keeps a file in use, as a running program keeps its image: until the object goes, no
-/// other process can move, replace or delete it through the platform layer.
+/// Keeps a file in use, as a running program keeps its image: until the object goes, it
+/// can be read, but not moved, replaced or deleted through the platform layer.
 class HeldFile {
 public:
-    /// Nothing is held when the file is not there or somebody else holds it.
+    /// Nothing is held when the file is not there, and on posix when somebody else holds it.
     explicit HeldFile(const std::filesystem::path& file);
     ~HeldFile();
     HeldFile(const HeldFile&) = delete;

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "sandbox/common/events.h"
+#include "sandbox/platform/messagebox.h"
 #include "sandbox/platform/stopsignal.h"
 #include "sandbox/trayhost/commands.h"
 #include "sandbox/trayhost/modules.h"
@@ -65,6 +66,7 @@ ExitStatus carryOut(const Request& request) {
 
 int run(int argc, char** argv) {
     sandbox::watchStopSignals();
+    sandbox::answerMessageBoxes();
     CLI::App app(description, "trayhost");
     Request request;
     declare(app, request);

@@ -16,6 +16,9 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
+/// The Windows build whose client is to run, under Wine; not there for a native one.
+const char* const windowsBuild = std::getenv("XSANDBOX_WINDOWS");
+
 constexpr int asExpected = 0;
 constexpr int different = 1;
 constexpr int sandboxFailed = 2;
@@ -50,6 +53,9 @@ protected:
     /// Its exit status; what it says is in `said`.
     int xsandbox(std::vector<std::string> arguments) {
         const fs::path output = folder / "output.txt";
+        if (windowsBuild != nullptr && arguments.front() == "run") {
+            arguments.insert(arguments.begin() + 1, {"--windows", "--binaries", windowsBuild});
+        }
         arguments.insert(arguments.end(), {"--folder", (folder / "run").string()});
         auto child = sandbox::ChildProcess::start(XSANDBOX, arguments, folder, output);
         const int exit = child ? child->wait() : -1;
@@ -107,6 +113,15 @@ TEST_F(Sandbox, CarriesARunOverItsCommands) {
     EXPECT_TRUE(says("gone") && !says("waits")) << said;
 }
 
+TEST_F(Sandbox, GoesOnWhenTheMachineWasOff) {
+    const std::string scenario = (fs::path(SCENARIOS) / "small.json").string();
+    EXPECT_EQ(xsandbox({"run", scenario}), asExpected) << said;
+    EXPECT_EQ(xsandbox({"show"}), asExpected);
+    EXPECT_TRUE(says("(delete)")) << said;
+    EXPECT_EQ(xsandbox({"restart"}), asExpected);
+    EXPECT_TRUE(says("1 delete of old files")) << said;
+}
+
 TEST_F(Sandbox, RefusesAWrongCall) {
     EXPECT_EQ(xsandbox({"rum"}), sandboxFailed);
     EXPECT_TRUE(says("rum")) << said;
@@ -114,6 +129,9 @@ TEST_F(Sandbox, RefusesAWrongCall) {
     EXPECT_TRUE(says("none.json: no such scenario")) << said;
     EXPECT_EQ(xsandbox({"show"}), sandboxFailed);
     EXPECT_TRUE(says("holds no run")) << said;
+    const std::string scenario = (fs::path(SCENARIOS) / "small.json").string();
+    EXPECT_EQ(xsandbox({"run", scenario, "--windows", "--wine", "none"}), sandboxFailed);
+    EXPECT_TRUE(says("none holds no Wine system")) << said;
 }
 
 TEST_F(Sandbox, LeavesAFolderAloneThatIsNoRun) {

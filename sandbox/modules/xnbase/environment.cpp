@@ -29,7 +29,7 @@ private:
 std::wstring homeFolder() {
     const std::string& configured = sandbox::processConfig().homeDirectory;
     return platform::toWide(sandbox::toClientPath(
-        configured.empty() ? sandbox::processFolders().home() : std::filesystem::path(configured)));
+        configured.empty() ? sandbox::processFolders().home() : sandbox::pathOf(configured)));
 }
 
 } // namespace

@@ -37,7 +37,7 @@ std::optional<fs::path> searchByName(const fs::path& client, const std::string& 
     std::error_code error;
     for (fs::recursive_directory_iterator at(client, error), end; !error && at != end;
          at.increment(error)) {
-        const std::string entry = at->path().filename().string();
+        const std::string entry = sandbox::pathText(at->path().filename());
         if (at.depth() == 0 && sandbox::sameName(entry, updateFolder)) {
             at.disable_recursion_pending();
         } else if (sandbox::sameName(entry, name) && at->is_regular_file(error) &&
@@ -63,7 +63,7 @@ std::optional<fs::path> findProgram(const fs::path& clientFolder, const std::str
         return std::nullopt;
     }
     const std::string path = sandbox::toClientPath(client) + '\\' + name;
-    if (auto direct = fileBelow(client, platform::systemPath(path))) {
+    if (auto direct = fileBelow(client, sandbox::pathOf(platform::systemPath(path)))) {
         return direct;
     }
     const bool bare = platform::fileNameOf(name) == name;
@@ -92,7 +92,7 @@ extern "C" void runProcess(const wchar_t* file, const wchar_t* parameters) {
     sandbox::emit({{"kind", "process"},
                    {"file", name},
                    {"parameters", texts},
-                   {"path", started ? program->string() : ""},
+                   {"path", started ? sandbox::pathText(*program) : ""},
                    {"started", started}});
 }
 

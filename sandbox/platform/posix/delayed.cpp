@@ -5,12 +5,12 @@
 
 namespace sandbox {
 
-std::vector<PendingMove> pendingMoves(const std::filesystem::path& clientFolder) {
-    std::vector<PendingMove> moves;
+PendingList pendingList(const std::filesystem::path& clientFolder) {
+    PendingList list;
     for (const auto& request : platform::posix::readDelayedMoves(toClientPath(clientFolder))) {
-        moves.push_back({request.from, request.to.value_or("")});
+        list.moves.push_back({request.from, request.to.value_or("")});
     }
-    return moves;
+    return list;
 }
 
 std::vector<std::string> carryOutMoves(const std::filesystem::path& clientFolder) {

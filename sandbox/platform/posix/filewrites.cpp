@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <fstream>
+#include <iterator>
 #include <unistd.h>
 
 namespace sandbox {
@@ -64,6 +66,12 @@ void syncFolder(const std::filesystem::path& folder) {
 }
 
 } // namespace
+
+std::optional<std::string> readFile(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    std::string bytes(std::istreambuf_iterator<char>(stream), {});
+    return stream.bad() || !stream.is_open() ? std::nullopt : std::optional(std::move(bytes));
+}
 
 bool appendToFile(const std::filesystem::path& file, std::string_view bytes) {
     const Descriptor descriptor(file, O_WRONLY | O_CREAT | O_APPEND);

@@ -10,6 +10,14 @@ std::filesystem::path executableFile() {
     return std::filesystem::read_symlink("/proc/self/exe", error);
 }
 
+std::vector<std::string> ownArguments(int count, char** arguments) {
+    return {arguments + 1, arguments + count};
+}
+
+long long processNumber() {
+    return ::getpid();
+}
+
 unsigned long threadNumber() {
     return static_cast<unsigned long>(::syscall(SYS_gettid));
 }

@@ -31,6 +31,10 @@ bool endProcessOf(long long id) {
     return true;
 }
 
+bool isForgotten(long long id) {
+    return ::kill(static_cast<pid_t>(id), 0) != 0 && errno == ESRCH;
+}
+
 std::uint64_t peakMemoryOf(long long id) {
     std::ifstream status("/proc/" + std::to_string(id) + "/status");
     for (std::string key; status >> key;) {

@@ -1,7 +1,11 @@
 #include "sandbox/platform/childprocess.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 #include <windows.h>
+
+#include "platform/text.h"
 
 namespace sandbox {
 
@@ -11,14 +15,6 @@ constexpr UINT endedByForce = 1;
 
 HANDLE handleOf(std::intptr_t process) {
     return reinterpret_cast<HANDLE>(process);
-}
-
-std::wstring toWide(const std::string& utf8) {
-    const int size =
-        MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), wide.data(), size);
-    return wide;
 }
 
 /// The piece in quotes, such that splitParameters gives it back.
@@ -40,18 +36,82 @@ std::wstring commandLine(const std::filesystem::path& program,
                          const std::vector<std::string>& arguments) {
     std::wstring line = quoted(program.wstring());
     for (const std::string& argument : arguments) {
-        line += L' ' + quoted(toWide(argument));
+        line += L' ' + quoted(platform::toWide(argument));
     }
     return line;
 }
 
 HANDLE openOutput(const std::filesystem::path& output) {
-    SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-    return output.empty()
-               ? INVALID_HANDLE_VALUE
-               : CreateFileW(output.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                             &inheritable, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return CreateFileW(output.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                       CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
+
+/// What a start needs besides the program: the standard streams, and that the program
+/// inherits these and none of the other handles, of which any open file may be one.
+class StartPlan {
+public:
+    explicit StartPlan(const std::filesystem::path& output) {
+        startup.StartupInfo.cb = sizeof startup;
+        file = output.empty() ? INVALID_HANDLE_VALUE : openOutput(output);
+        const bool redirected = file != INVALID_HANDLE_VALUE;
+        startup.StartupInfo.hStdInput = inherit(GetStdHandle(STD_INPUT_HANDLE));
+        startup.StartupInfo.hStdOutput =
+            inherit(redirected ? file : GetStdHandle(STD_OUTPUT_HANDLE));
+        startup.StartupInfo.hStdError = inherit(redirected ? file : GetStdHandle(STD_ERROR_HANDLE));
+        limitInheritance();
+    }
+    ~StartPlan() {
+        if (startup.lpAttributeList) {
+            DeleteProcThreadAttributeList(startup.lpAttributeList);
+        }
+        if (file != INVALID_HANDLE_VALUE) {
+            CloseHandle(file);
+        }
+    }
+    StartPlan(const StartPlan&) = delete;
+    StartPlan& operator=(const StartPlan&) = delete;
+
+    HANDLE start(const std::filesystem::path& program, std::wstring line,
+                 const std::filesystem::path& workingFolder) {
+        PROCESS_INFORMATION started{};
+        if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr,
+                           startup.lpAttributeList ? TRUE : FALSE,
+                           CREATE_NEW_PROCESS_GROUP | EXTENDED_STARTUPINFO_PRESENT, nullptr,
+                           workingFolder.c_str(), &startup.StartupInfo, &started) == 0) {
+            return nullptr;
+        }
+        CloseHandle(started.hThread);
+        return started.hProcess;
+    }
+
+private:
+    HANDLE inherit(HANDLE stream) {
+        if (stream && stream != INVALID_HANDLE_VALUE &&
+            SetHandleInformation(stream, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT) != 0 &&
+            std::find(inherited.begin(), inherited.end(), stream) == inherited.end()) {
+            inherited.push_back(stream);
+        }
+        return stream;
+    }
+
+    void limitInheritance() {
+        SIZE_T size = 0;
+        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+        memory.resize(size);
+        auto* list = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory.data());
+        if (!inherited.empty() && InitializeProcThreadAttributeList(list, 1, 0, &size) != 0 &&
+            UpdateProcThreadAttribute(list, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, inherited.data(),
+                                      inherited.size() * sizeof(HANDLE), nullptr, nullptr) != 0) {
+            startup.lpAttributeList = list;
+            startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+        }
+    }
+
+    HANDLE file = INVALID_HANDLE_VALUE;
+    std::vector<HANDLE> inherited;
+    std::vector<std::byte> memory;
+    STARTUPINFOEXW startup{};
+};
 
 } // namespace
 
@@ -59,28 +119,10 @@ std::optional<ChildProcess> ChildProcess::start(const std::filesystem::path& pro
                                                 const std::vector<std::string>& arguments,
                                                 const std::filesystem::path& workingFolder,
                                                 const std::filesystem::path& output) {
-    const HANDLE stream = openOutput(output);
-    const bool redirected = stream != INVALID_HANDLE_VALUE;
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    if (redirected) {
-        startup.dwFlags = STARTF_USESTDHANDLES;
-        startup.hStdOutput = stream;
-        startup.hStdError = stream;
-    }
-    std::wstring line = commandLine(program, arguments);
-    PROCESS_INFORMATION started{};
-    const BOOL done = CreateProcessW(program.c_str(), line.data(), nullptr, nullptr,
-                                     redirected ? TRUE : FALSE, CREATE_NEW_PROCESS_GROUP, nullptr,
-                                     workingFolder.c_str(), &startup, &started);
-    if (redirected) {
-        CloseHandle(stream);
-    }
-    if (done == 0) {
-        return std::nullopt;
-    }
-    CloseHandle(started.hThread);
-    return ChildProcess(reinterpret_cast<std::intptr_t>(started.hProcess));
+    const HANDLE started =
+        StartPlan(output).start(program, commandLine(program, arguments), workingFolder);
+    return started ? std::optional(ChildProcess(reinterpret_cast<std::intptr_t>(started)))
+                   : std::nullopt;
 }
 
 ChildProcess::ChildProcess(ChildProcess&& other) noexcept

@@ -44,6 +44,11 @@ bool endProcessOf(long long id) {
     return WaitForSingleObject(process.get(), endLimit) == WAIT_OBJECT_0;
 }
 
+bool isForgotten(long long id) {
+    // An ended process stays as long as a handle to it is open.
+    return !openProcess(id, SYNCHRONIZE);
+}
+
 std::uint64_t peakMemoryOf(long long id) {
     const ProcessHandle process = openProcess(id, PROCESS_QUERY_INFORMATION | PROCESS_VM_READ);
     PROCESS_MEMORY_COUNTERS counters{};

@@ -1,0 +1,7 @@
+#include "sandbox/platform/messagebox.h"
+
+namespace sandbox {
+
+void answerMessageBoxes() {}
+
+} // namespace sandbox
