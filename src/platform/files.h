@@ -27,7 +27,8 @@ bool canAccess(const std::string& path);
 /// Makes one folder; its parent must be there. False when it exists already.
 bool makeFolder(const std::string& path);
 
-/// Deletes a file, not a folder. Fails with 32 on a file in use.
+/// Deletes a file, not a folder. Fails with 32 on a file in use; Windows answers 5 for a
+/// running program, which moveFile can still move aside.
 bool removeFile(const std::string& path);
 
 /// Opens by the rules of fopen, in binary or text as `mode` says; the caller closes.

@@ -8,6 +8,10 @@ namespace platform {
 /// Empty when the system does not tell, or when it does not fit in 259 characters.
 std::string executablePath();
 
+/// File name of the host's executable in UTF-8, taken from its wide path, so that it may
+/// hold letters beyond the code page. Empty as for executablePath.
+std::string executableName();
+
 /// Shows title and text (a message box; stderr where there is none) and ends the
 /// process with the exit code. No destructor and no exit handler runs.
 [[noreturn]] void endProcess(const std::string& title, const std::string& text, int exitCode);

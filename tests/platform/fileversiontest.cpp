@@ -2,6 +2,7 @@
 
 #include "sandbox/materials/pefile.h"
 #include "temporaryfolder.h"
+#include "wine.h"
 
 #include <gtest/gtest.h>
 
@@ -58,7 +59,8 @@ TEST_F(Version, ComesFromTheResource) {
 }
 
 TEST_F(Version, ReaderStandsAnyDamage) {
-    for (std::size_t at = 0; at < image.size(); ++at) {
+    const std::size_t step = onWine() ? 13 : 1; // a new file costs Wine milliseconds
+    for (std::size_t at = 0; at < image.size(); at += step) {
         for (const int mask : {0x01, 0x80, 0xFF}) {
             versionWith(at, {static_cast<std::uint8_t>(image[at] ^ mask)});
         }

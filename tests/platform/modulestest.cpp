@@ -1,5 +1,6 @@
 #include "platform/modules.h"
 #include "platform/lasterror.h"
+#include "platform/process.h"
 
 #include <gtest/gtest.h>
 
@@ -48,6 +49,10 @@ TEST(Modules, HaveTheirOwnExports) {
     }
     EXPECT_EQ(findExport(nullptr, "testAnswer"), nullptr);
     freeModule(module);
+}
+
+TEST(Process, TellsTheNameOfItsExecutable) {
+    EXPECT_TRUE(executableName().starts_with("platform_tests")) << executableName();
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "platform/ini.h"
 
+#include "platform/asciicase.h"
 #include "platform/files.h"
-#include "platform/posix/systempath.h"
 
 #include <memory>
 #include <optional>
@@ -51,7 +51,7 @@ std::optional<std::string_view> sectionName(std::string_view line) {
 std::optional<std::string_view> valueOf(std::string_view line, std::string_view key) {
     const std::size_t sign = line.find('=');
     if (sign == std::string_view::npos || line.starts_with(';') ||
-        !posix::equalIgnoringCase(trimmed(line.substr(0, sign)), trimmed(key))) {
+        !equalIgnoringCase(trimmed(line.substr(0, sign)), trimmed(key))) {
         return std::nullopt;
     }
     return unquoted(trimmed(line.substr(sign + 1)));
@@ -70,7 +70,7 @@ std::optional<std::string> findValue(const std::string& text, std::string_view s
             if (inSection) {
                 return std::nullopt;
             }
-            inSection = posix::equalIgnoringCase(*name, trimmed(section));
+            inSection = equalIgnoringCase(*name, trimmed(section));
         } else if (const auto value = inSection ? valueOf(line, key) : std::nullopt) {
             return std::string(*value);
         }

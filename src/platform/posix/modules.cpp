@@ -1,5 +1,6 @@
 #include "platform/modules.h"
 
+#include "platform/asciicase.h"
 #include "platform/posix/systempath.h"
 #include "platform/text.h"
 
@@ -41,8 +42,7 @@ std::string moduleFile(const std::string& name) {
 
 bool carriesName(const std::string& loadedPath, const std::string& name) {
     const std::string file = loadedPath.substr(loadedPath.rfind('/') + 1);
-    return posix::equalIgnoringCase(file, name) ||
-           posix::equalIgnoringCase(file, name + libraryMark);
+    return equalIgnoringCase(file, name) || equalIgnoringCase(file, name + libraryMark);
 }
 
 struct LoadedSearch {

@@ -2,6 +2,8 @@
 
 #include "platform/debug.h"
 #include "platform/files.h"
+#include "platform/paths.h"
+#include "platform/text.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -35,6 +37,10 @@ const PathAtLoad pathAtLoad;
 
 std::string executablePath() {
     return pathAtLoad.text;
+}
+
+std::string executableName() {
+    return toUtf8(toWide(fileNameOf(pathAtLoad.text)));
 }
 
 void endProcess(const std::string& title, const std::string& text, int exitCode) {

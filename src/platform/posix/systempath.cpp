@@ -1,5 +1,6 @@
 #include "platform/posix/systempath.h"
 
+#include "platform/asciicase.h"
 #include "platform/files.h"
 #include "platform/paths.h"
 #include "platform/process.h"
@@ -15,10 +16,6 @@
 namespace platform::posix {
 
 namespace {
-
-char lowerCase(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 bool isThere(const std::string& systemPath) {
     struct stat status {};
@@ -60,11 +57,6 @@ Error missingError(const std::string& systemPath) {
 }
 
 } // namespace
-
-bool equalIgnoringCase(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return lowerCase(x) == lowerCase(y); });
-}
 
 std::string resolvePath(const std::string& path) {
     // The client's system ends a path at its first zero byte.

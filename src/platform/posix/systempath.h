@@ -24,9 +24,6 @@ std::string absoluteClientPath(const std::string& path);
 /// The folder of the host's executable as a client path; empty when it is not known.
 std::string hostFolder();
 
-/// Equal but for the case of ASCII letters.
-bool equalIgnoringCase(std::string_view a, std::string_view b);
-
 /// The client's error number for an errno value of a call on `systemPath`.
 Error errorOf(int number, const std::string& systemPath);
 

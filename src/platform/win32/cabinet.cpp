@@ -1,5 +1,6 @@
 #include "platform/cabinet.h"
 
+#include "platform/win32/pathlimit.h"
 #include "platform/win32/windowsapi.h"
 
 #include <setupapi.h>
@@ -19,84 +20,107 @@ namespace {
 /// One walk through a cabinet: what the system's callback needs to know.
 class Iteration {
 public:
-    explicit Iteration(const CabinetCallback& target) : callback(target) {}
+    Iteration(const std::string& path, const CabinetCallback& target)
+        : cabinet(path), callback(target) {}
 
-    static UINT CALLBACK notify(void* context, UINT notification, UINT_PTR parameter, UINT_PTR) {
-        auto& iteration = *static_cast<Iteration*>(context);
-        try {
-            return iteration.answer(notification, parameter);
-        } catch (...) {
-            // Nothing may be thrown through the system's frames.
-            iteration.thrown = std::current_exception();
-            return notification == SPFILENOTIFY_FILEINCABINET ? FILEOP_ABORT : ERROR_CANCELLED;
-        }
-    }
-
-    bool finish(bool result) {
-        if (!result && isWriting) {
+    bool run() {
+        const bool worked = ::SetupIterateCabinetA(cabinet.c_str(), 0, notify, this) != FALSE;
+        if ((!worked || ended) && isWriting) {
             ::DeleteFileA(member.fullTargetName.c_str());
         }
         if (thrown) {
             std::rethrow_exception(thrown);
         }
-        return result;
+        return worked && !ended;
     }
 
 private:
+    static UINT CALLBACK notify(void* context, UINT notification, UINT_PTR parameter, UINT_PTR) {
+        auto& iteration = *static_cast<Iteration*>(context);
+        // Wine takes an abort for a skip: it goes on, and ends as if all were well.
+        if (iteration.ended) {
+            return refusalOf(notification);
+        }
+        try {
+            return iteration.answer(notification, parameter);
+        } catch (...) {
+            // Nothing may be thrown through the system's frames.
+            iteration.thrown = std::current_exception();
+            iteration.ended = true;
+            return refusalOf(notification);
+        }
+    }
+
+    static UINT refusalOf(UINT notification) {
+        return notification == SPFILENOTIFY_FILEINCABINET ? FILEOP_ABORT : ERROR_CANCELLED;
+    }
+
     UINT answer(UINT notification, UINT_PTR parameter) {
         switch (notification) {
         case SPFILENOTIFY_FILEINCABINET:
             return offer(*reinterpret_cast<FILE_IN_CABINET_INFO_A*>(parameter));
         case SPFILENOTIFY_FILEEXTRACTED:
             return extracted(*reinterpret_cast<const FILEPATHS_A*>(parameter));
-        case SPFILENOTIFY_NEEDNEWCABINET: {
-            const auto& cabinet = *reinterpret_cast<const CABINET_INFO_A*>(parameter);
-            CabinetMember wanted{cabinet.CabinetFile ? cabinet.CabinetFile : "", 0, {}};
-            callback(CabinetNotification::needNewCabinet, wanted);
-            return ERROR_FILE_NOT_FOUND;
-        }
+        case SPFILENOTIFY_NEEDNEWCABINET:
+            return needed(*reinterpret_cast<const CABINET_INFO_A*>(parameter));
         default:
             return NO_ERROR;
         }
     }
 
     UINT offer(FILE_IN_CABINET_INFO_A& file) {
+        isWriting = false; // the member before is whole
         member = {file.NameInCabinet, file.FileSize, {}};
         const std::uint32_t wanted = callback(CabinetNotification::fileInCabinet, member);
         if (wanted == cabinetSkip) {
             return FILEOP_SKIP;
         }
-        if (wanted != cabinetDoIt || member.fullTargetName.size() >= MAX_PATH) {
+        const std::string& target = member.fullTargetName;
+        // A member over the cabinet would be read from what it writes.
+        if (wanted != cabinetDoIt || !win32::fits(target) ||
+            ::lstrcmpiA(target.c_str(), cabinet.c_str()) == 0) {
+            ended = true;
             return FILEOP_ABORT;
         }
-        const std::string& target = member.fullTargetName;
         *std::copy(target.begin(), target.end(), file.FullTargetName) = '\0';
         // What stood there before is never deleted, as it may not even have been opened.
         isWriting = ::GetFileAttributesA(target.c_str()) == INVALID_FILE_ATTRIBUTES;
         return FILEOP_DOIT;
     }
 
+    /// Wine says so of a damaged member too, and fails then: it counts as whole only when
+    /// the next one comes.
     UINT extracted(const FILEPATHS_A& paths) {
         if (paths.Win32Error != NO_ERROR) {
             return paths.Win32Error;
         }
-        isWriting = false;
-        return callback(CabinetNotification::fileExtracted, member);
+        const std::uint32_t error = callback(CabinetNotification::fileExtracted, member);
+        if (error != 0) {
+            ended = true;
+            isWriting = false;
+        }
+        return error;
     }
 
+    UINT needed(const CABINET_INFO_A& next) {
+        CabinetMember wanted{next.CabinetFile ? next.CabinetFile : "", 0, {}};
+        callback(CabinetNotification::needNewCabinet, wanted);
+        ended = true;
+        return ERROR_FILE_NOT_FOUND;
+    }
+
+    const std::string& cabinet;
     const CabinetCallback& callback;
     CabinetMember member;
-    bool isWriting = false;
+    bool isWriting = false; ///< the member's file is new and may be half-written
+    bool ended = false;
     std::exception_ptr thrown;
 };
 
 } // namespace
 
 bool iterateCabinet(const std::string& path, const CabinetCallback& callback) {
-    Iteration iteration(callback);
-    const bool result =
-        ::SetupIterateCabinetA(path.c_str(), 0, Iteration::notify, &iteration) != FALSE;
-    return iteration.finish(result);
+    return win32::fits(path) && Iteration(path, callback).run();
 }
 
 } // namespace platform

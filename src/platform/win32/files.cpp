@@ -1,8 +1,10 @@
 #include "platform/files.h"
 
 #include "platform/lasterror.h"
+#include "platform/win32/pathlimit.h"
 #include "platform/win32/windowsapi.h"
 
+#include <direct.h>
 #include <io.h>
 #include <share.h>
 #include <shlwapi.h>
@@ -11,15 +13,9 @@
 
 namespace platform {
 
-namespace {
+using win32::fits;
 
-bool fits(const std::string& path) {
-    if (path.size() < maxPath) {
-        return true;
-    }
-    setLastError(errorFilenameTooLong);
-    return false;
-}
+namespace {
 
 struct CloseSearch {
     void operator()(HANDLE search) const { ::FindClose(search); }
@@ -28,7 +24,7 @@ struct CloseSearch {
 } // namespace
 
 bool fileExists(const std::string& path) {
-    return fits(path) && ::PathFileExistsA(path.c_str()) != FALSE;
+    return fits(path) && ::PathFileExistsA(path.c_str()) == TRUE;
 }
 
 bool isFolder(const std::string& path) {
@@ -40,7 +36,7 @@ bool canAccess(const std::string& path) {
 }
 
 bool makeFolder(const std::string& path) {
-    return fits(path) && ::CreateDirectoryA(path.c_str(), nullptr) != FALSE;
+    return fits(path) && ::_mkdir(path.c_str()) == 0;
 }
 
 std::FILE* openFile(const std::string& path, const char* mode) {
@@ -62,7 +58,7 @@ std::optional<std::uint64_t> fileSize(const std::string& path) {
 std::optional<std::vector<FolderEntry>> listFolder(const std::string& path) {
     WIN32_FIND_DATAA data{};
     const HANDLE search =
-        fits(path) ? ::FindFirstFileA((path + "\\*").c_str(), &data) : INVALID_HANDLE_VALUE;
+        fits(path) ? ::FindFirstFileA((path + "\\*.*").c_str(), &data) : INVALID_HANDLE_VALUE;
     if (search == INVALID_HANDLE_VALUE) {
         return std::nullopt;
     }

@@ -1,5 +1,6 @@
 #include "platform/fileversion.h"
 
+#include "platform/imageversion.h"
 #include "platform/win32/windowsapi.h"
 
 #include <winver.h>
@@ -15,6 +16,10 @@ constexpr DWORD fixedInfoSignature = 0xFEEF04BD;
 } // namespace
 
 std::optional<FileVersion> readFileVersion(const std::string& path) {
+    // What the system trusts in a file is looked at before: a damaged one ends Wine's process.
+    if (!readImageVersion(path)) {
+        return std::nullopt;
+    }
     DWORD ignored = 0;
     const DWORD size = ::GetFileVersionInfoSizeA(path.c_str(), &ignored);
     std::vector<BYTE> resource(size);

@@ -3,6 +3,8 @@
 #include "platform/text.h"
 #include "platform/win32/windowsapi.h"
 
+#include <shlwapi.h>
+
 #include <cstdlib>
 
 namespace platform {
@@ -11,6 +13,12 @@ std::string executablePath() {
     char path[MAX_PATH];
     const DWORD length = ::GetModuleFileNameA(nullptr, path, MAX_PATH);
     return length < MAX_PATH ? std::string(path, length) : std::string();
+}
+
+std::string executableName() {
+    wchar_t path[MAX_PATH] = {};
+    const DWORD length = ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return length < MAX_PATH ? toUtf8(::PathFindFileNameW(path)) : std::string();
 }
 
 void endProcess(const std::string& title, const std::string& text, int exitCode) {

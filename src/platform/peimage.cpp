@@ -1,8 +1,9 @@
-#include "platform/posix/peimage.h"
+#include "platform/peimage.h"
 
-#include <algorithm>
+#include <limits>
+#include <utility>
 
-namespace platform::posix {
+namespace platform::image {
 
 namespace {
 
@@ -37,7 +38,7 @@ class PeImage {
 public:
     explicit PeImage(std::FILE* openedFile) : file(openedFile) {}
 
-    std::optional<Bytes> versionResource();
+    std::vector<Bytes> versionResources();
 
 private:
     std::optional<Bytes> read(std::uint64_t offset, std::size_t size) const;
@@ -48,9 +49,14 @@ private:
     /// `size` bytes at an address of the loaded image.
     std::optional<Bytes> readAt(std::uint32_t address, std::size_t size) const;
 
-    /// What the entry `id`, or the first one, of a directory points to.
-    std::optional<std::uint32_t> entryOf(std::uint32_t directory,
-                                         std::optional<std::uint32_t> id) const;
+    /// The rows of a directory: id and what it points to.
+    std::optional<Bytes> entriesOf(std::uint32_t directory) const;
+
+    /// The directory that the one entry `id` of a directory points to.
+    std::optional<std::uint32_t> subdirectoryOf(std::optional<std::uint32_t> directory,
+                                                std::uint32_t id) const;
+
+    std::optional<Bytes> resourceOf(std::uint32_t entry) const;
 
     std::FILE* file;
     std::uint32_t resources = 0;
@@ -59,7 +65,8 @@ private:
 
 std::optional<Bytes> PeImage::read(std::uint64_t offset, std::size_t size) const {
     Bytes block(size);
-    if (::fseeko(file, static_cast<off_t>(offset), SEEK_SET) != 0 ||
+    if (offset > std::uint64_t{std::numeric_limits<long>::max()} ||
+        std::fseek(file, static_cast<long>(offset), SEEK_SET) != 0 ||
         std::fread(block.data(), 1, size, file) != size) {
         return std::nullopt;
     }
@@ -120,42 +127,55 @@ std::optional<Bytes> PeImage::readAt(std::uint32_t address, std::size_t size) co
     return std::nullopt;
 }
 
-std::optional<std::uint32_t> PeImage::entryOf(std::uint32_t directory,
-                                              std::optional<std::uint32_t> id) const {
+std::optional<Bytes> PeImage::entriesOf(std::uint32_t directory) const {
     const auto header = readAt(resources + directory, directoryHeaderSize);
     if (!header) {
         return std::nullopt;
     }
     const std::size_t count = std::size_t{*wordAt(*header, 12)} + *wordAt(*header, 14);
     const std::uint32_t first = resources + directory + std::uint32_t{directoryHeaderSize};
-    const auto entries = readAt(first, std::min(count, maxDirectoryEntries) * directoryEntrySize);
-    for (std::size_t at = 0; entries && at < entries->size(); at += directoryEntrySize) {
-        if (!id || longAt(*entries, at) == id) {
-            return longAt(*entries, at + 4);
-        }
-    }
-    return std::nullopt;
+    return count <= maxDirectoryEntries ? readAt(first, count * directoryEntrySize) : std::nullopt;
 }
 
-std::optional<Bytes> PeImage::versionResource() {
+std::optional<std::uint32_t> PeImage::subdirectoryOf(std::optional<std::uint32_t> directory,
+                                                     std::uint32_t id) const {
+    std::optional<std::uint32_t> found;
+    const auto entries = directory ? entriesOf(*directory) : std::nullopt;
+    for (std::size_t at = 0; entries && at < entries->size(); at += directoryEntrySize) {
+        if (longAt(*entries, at) == id) {
+            const std::uint32_t target = *longAt(*entries, at + 4);
+            if (found || !(target & subdirectoryBit)) {
+                return std::nullopt;
+            }
+            found = target & ~subdirectoryBit;
+        }
+    }
+    return found;
+}
+
+std::optional<Bytes> PeImage::resourceOf(std::uint32_t entry) const {
+    const auto data =
+        entry & subdirectoryBit ? std::nullopt : readAt(resources + entry, dataEntrySize);
+    return data && *longAt(*data, 4) <= maxResourceSize
+               ? readAt(*longAt(*data, 0), *longAt(*data, 4))
+               : std::nullopt;
+}
+
+std::vector<Bytes> PeImage::versionResources() {
+    std::vector<Bytes> found;
     if (!readHeaders()) {
-        return std::nullopt;
+        return found;
     }
-    const auto type = entryOf(0, versionType);
-    if (!type || !(*type & subdirectoryBit)) {
-        return std::nullopt;
+    const auto name = subdirectoryOf(subdirectoryOf(0, versionType), versionName);
+    const auto languages = name ? entriesOf(*name) : std::nullopt;
+    for (std::size_t at = 0; languages && at < languages->size(); at += directoryEntrySize) {
+        auto resource = resourceOf(*longAt(*languages, at + 4));
+        if (!resource) {
+            return {};
+        }
+        found.push_back(*std::move(resource));
     }
-    const auto name = entryOf(*type & ~subdirectoryBit, versionName);
-    if (!name || !(*name & subdirectoryBit)) {
-        return std::nullopt;
-    }
-    const auto language = entryOf(*name & ~subdirectoryBit, std::nullopt);
-    if (!language || (*language & subdirectoryBit)) {
-        return std::nullopt;
-    }
-    const auto entry = readAt(resources + *language, dataEntrySize);
-    return entry ? readAt(*longAt(*entry, 0), std::min(*longAt(*entry, 4), maxResourceSize))
-                 : std::nullopt;
+    return found;
 }
 
 } // namespace
@@ -176,8 +196,8 @@ std::optional<std::uint32_t> longAt(const Bytes& block, std::size_t at) {
     return *low | std::uint32_t{*high} << 16;
 }
 
-std::optional<Bytes> readVersionResource(std::FILE* image) {
-    return PeImage(image).versionResource();
+std::vector<Bytes> readVersionResources(std::FILE* image) {
+    return PeImage(image).versionResources();
 }
 
-} // namespace platform::posix
+} // namespace platform::image

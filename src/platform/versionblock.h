@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/posix/peimage.h"
+#include "platform/peimage.h"
 
 #include <string_view>
 
-namespace platform::posix {
+namespace platform::image {
 
 /// A block of a version resource: a key, a value and blocks below it. Offsets count from
 /// the start of the resource and lie within it. Source: "VS_VERSIONINFO structure".
@@ -23,4 +23,4 @@ std::optional<VersionBlock> parseBlock(const Bytes& resource, std::size_t at, st
 std::optional<VersionBlock> findChild(const Bytes& resource, const VersionBlock& parent,
                                       std::string_view key);
 
-} // namespace platform::posix
+} // namespace platform::image

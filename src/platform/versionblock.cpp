@@ -1,10 +1,10 @@
-#include "platform/posix/versionblock.h"
+#include "platform/versionblock.h"
 
-#include "platform/posix/systempath.h"
+#include "platform/asciicase.h"
 
 #include <algorithm>
 
-namespace platform::posix {
+namespace platform::image {
 
 namespace {
 
@@ -53,4 +53,4 @@ std::optional<VersionBlock> findChild(const Bytes& resource, const VersionBlock&
     return std::nullopt;
 }
 
-} // namespace platform::posix
+} // namespace platform::image

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace platform::posix {
+namespace platform::image {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -14,10 +14,10 @@ using Bytes = std::vector<std::uint8_t>;
 std::optional<std::uint16_t> wordAt(const Bytes& block, std::size_t at);
 std::optional<std::uint32_t> longAt(const Bytes& block, std::size_t at);
 
-/// The version resource of a PE image (PE32 and PE32+), as it lies in the file: resource
-/// type 16, name 1, first language. Reads only what it needs, trusts no offset, and ends
-/// after three levels. Nothing when the file has none.
+/// The version resources of a PE image (PE32 and PE32+), as they lie in the file: resource
+/// type 16, name 1, one for each language. Reads only what it needs, trusts no offset, and
+/// ends after three levels. Empty when the file has none or one of them is malformed.
 /// Source: "PE Format", sections "Optional Header" and "The .rsrc Section".
-std::optional<Bytes> readVersionResource(std::FILE* image);
+std::vector<Bytes> readVersionResources(std::FILE* image);
 
-} // namespace platform::posix
+} // namespace platform::image
