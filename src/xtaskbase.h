@@ -39,6 +39,7 @@ public:
 
 protected:
     bool isStopped() const { return stopped; }
+    bool hasNext() const { return next != nullptr; }
 
     /// Ends the chain. Nothing of the task may be used afterwards.
     static void end(const FinishCallback& finish, bool succ) {

@@ -12,7 +12,7 @@ class XTaskQueue {
 public:
     /// Starts a run and returns 0; while a chain is running waits up to 100 ms for its
     /// end, then drops `task` and returns 1. Throws std::system_error when no thread can
-    /// be started. To be called from one thread at a time.
+    /// be started. Of two callers at once on a free queue both may start one.
     int addTask(const std::shared_ptr<IXTaskBase>& task);
 
     /// Marks the running chain as stopped and counts the queue as free at once; the old

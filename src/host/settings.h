@@ -9,6 +9,12 @@ namespace settingkeys {
 inline constexpr const char* kelvarLastCheckTime = "KEY_UPDATE_KELVAR_LAST_CHECK_TIME";
 inline constexpr const char* kelvarTempFileList = "KEY_UPDATE_KELVAR_TEMP_FILE_LIST";
 inline constexpr const char* kelvarPaddingFileList = "KEY_UPDATE_KELVAR_PADDING_FILE_LIST";
+inline constexpr const char* fileList = "KEY_PLUGIN_UPDATE_FILE_LIST";
+inline constexpr const char* pkgLastCheckTime = "KEY_UPDATE_PKG_LAST_CHECK_TIME";
+inline constexpr const char* upgrade = "KEY_UPDATE_UPGRADE";
+inline constexpr const char* ignoreVersionList = "KEY_UPDATE_IGNORE_VERSION_LIST";
+inline constexpr const char* updateType = "UPDATE_TYPE"; ///< another module writes it
+inline constexpr const char* language = "language";      ///< likewise
 
 } // namespace settingkeys
 

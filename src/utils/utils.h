@@ -79,6 +79,12 @@ int toInt(const std::string& text);
 /// Text with ASCII letters in lower case.
 std::string toLower(std::string text);
 
+// --- time ---
+
+/// Milliseconds of tick count since `tick`, a zero-extended tick count. Negative when the
+/// count has begun anew since then, which keeps a gate shut.
+std::int64_t elapsedSince(std::uint64_t tick);
+
 // --- stored lists of the Kelvar channel ---
 // The load operations throw nlohmann::json::exception when the stored text is no JSON;
 // the save operations when a text is not UTF-8. An empty list is not saved: the stored

@@ -118,10 +118,11 @@ TEST(VersionServiceTest, ReadsTheVersionOrSaysThatNoneIsKnown) {
     FakeHost host;
     XRefresher::IUpdateKelvar* service = GetUpdateKelvar();
     const auto version = [&] {
-        char buffer[XRefresher::IUpdateKelvar::versionSize];
-        std::fill(std::begin(buffer), std::end(buffer), '?');
-        service->getVersion(buffer);
-        return std::string(buffer, strnlen(buffer, sizeof(buffer)));
+        std::string buffer(XRefresher::IUpdateKelvar::versionSize + 1, '?');
+        service->getVersion(buffer.data());
+        EXPECT_EQ(buffer.back(), '?') << "written past the end";
+        buffer.pop_back();
+        return buffer.substr(0, buffer.find('\0'));
     };
     EXPECT_EQ(version(), "0000-00-00");
     EXPECT_EQ(service->setVersion("2026-01-02"), 0);
@@ -129,6 +130,9 @@ TEST(VersionServiceTest, ReadsTheVersionOrSaysThatNoneIsKnown) {
     EXPECT_EQ(service->setVersion("2026-01-03"), 0);
     EXPECT_EQ(host.versions.calls, (std::vector<std::string>{std::string("create ") + path,
                                                              std::string("update ") + path}));
+    host.versions.entries[path] = std::string(128, 'v'); // no end within the buffer
+    EXPECT_EQ(version(), std::string(127, 'v'));
+    host.versions.entries[path] = "2026-01-03";
     host.versions.result = 5; // a failure counts even when it also told a length
     EXPECT_EQ(version(), "0000-00-00");
     EXPECT_EQ(service->setVersion("2026-01-04"), 0);

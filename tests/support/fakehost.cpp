@@ -39,8 +39,14 @@ void postTask(int /*kind*/, XN::Task* task) {
     task->release();
 }
 
+template <class... Texts>
+void addEvent(Texts... texts) {
+    host().events.emplace_back();
+    ((host().events.back().append(texts ? texts : "-") += ' '), ...);
+}
+
 void runProcess(const wchar_t* file, const wchar_t* parameters) {
-    host().startedPrograms.emplace_back(file, parameters);
+    host().startedPrograms.emplace_back(file, parameters ? parameters : L"(null)");
 }
 
 // --- HTTP ---
@@ -51,7 +57,7 @@ struct Message final : Reserved<IXHttpHeader>, FakeHost::Request {
 };
 
 struct Environment final : Reserved<IXEnvConfig> {
-    const char* upgradeAddress() override { return "http://upgrade.test"; }
+    const char* upgradeAddress() override { return host().upgradeAddress; }
     const char* serverAddress() override { return host().serverAddress; }
 };
 
@@ -79,11 +85,11 @@ void asyncHttp(int method, const char* url, void* request, xnhttp::Callback* cal
     message->url = url;
     host().requests.push_back(*message);
     callback->addRef();
+    const std::shared_ptr<xnhttp::Callback> taken(callback, [](auto* held) { held->release(); });
     const std::string name = message->url.substr(message->url.rfind('/') + 1);
-    const auto call = [answer = host().answers[name], callback] {
+    const auto call = [answer = host().answers[name], taken] {
         Response response(answer);
-        callback->onResponse(&response);
-        callback->release();
+        taken->onResponse(&response);
     };
     host().onThread ? host().deliver(call) : call();
 }
@@ -190,6 +196,7 @@ fake::Exports baseExports() {
         {"writeLog", address(logToHost)},
         {"loadXNLibrary", address(loadLibrary)},
         {"getFileVer", address(give<IFileVersionStore, &FakeHost::versions>)},
+        {"event", address(static_cast<xnbase::event>(addEvent))},
         {"postTask", address(postTask)},
         {"homeDirectory", address(homeDirectory)},
         {"envConfigInstance", address(+[]() -> IXEnvConfig* { return &environment; })},
@@ -240,7 +247,7 @@ FakeHost::FakeHost()
     installModules();
 }
 
-FakeHost::~FakeHost() {
+void FakeHost::awaitDeliveries() {
     std::vector<std::thread> ended;
     {
         const std::lock_guard guard(deliveryMutex);
@@ -249,6 +256,10 @@ FakeHost::~FakeHost() {
     for (std::thread& delivery : ended) {
         delivery.join();
     }
+}
+
+FakeHost::~FakeHost() {
+    awaitDeliveries();
     fake::reset();
     theHost = nullptr;
     std::error_code ignored;

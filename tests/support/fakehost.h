@@ -92,12 +92,14 @@ public:
     std::set<std::wstring> openWindows;
     XOsVersionRecord osVersion{sizeof(XOsVersionRecord), 10, 0, 19045, {}};
     std::vector<std::pair<std::wstring, std::wstring>> startedPrograms;
+    std::vector<std::string> events; ///< texts with a blank behind each, "-" for null
 
     // --- HTTP ---
 
     std::map<std::string, Answer> answers; ///< by the last element of the path
     bool onThread = false;                 ///< an answer comes on a thread of its own
     const char* serverAddress = "http://kelvar.test";
+    const char* upgradeAddress = "http://upgrade.test";
     std::vector<Request> requests;
 
     /// Answers a transfer of the libcurl service.
@@ -135,6 +137,8 @@ public:
         const std::lock_guard guard(deliveryMutex);
         deliveries.emplace_back(std::move(call));
     }
+    /// Blocks until the deliveries so far have come back.
+    void awaitDeliveries();
 
 private:
     static std::string respelled(std::string path, char from, char to) {

@@ -1,12 +1,14 @@
 #include "support/fakeprocess.h"
 
 #include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 
 #include "platform/clock.h"
 #include "platform/debug.h"
 #include "platform/modules.h"
+#include "platform/paths.h"
 #include "platform/process.h"
 
 namespace {
@@ -20,7 +22,22 @@ struct FakeModule {
 struct Clock {
     std::atomic<std::uint32_t> tick = 1'000'000;
     std::atomic<std::uint64_t> elapsed = 0; ///< milliseconds it was set on by
-    std::atomic<int> waiters = 0;
+
+    void countWaiters(int change) {
+        const std::lock_guard guard(waitersMutex);
+        waiters += change;
+        waitersChanged.notify_all();
+    }
+    void awaitWaiters(int count) {
+        std::unique_lock lock(waitersMutex);
+        waitersChanged.wait(lock, [&] { return waiters >= count; });
+    }
+
+private:
+    // A condition, as the wait of an atomic can miss its wake-up on Windows (libstdc++ 12).
+    std::mutex waitersMutex;
+    std::condition_variable waitersChanged;
+    int waiters = 0;
 };
 
 struct Process {
@@ -97,9 +114,7 @@ void advance(std::uint32_t milliseconds) {
 
 void awaitWaiters(int count) {
     const std::shared_ptr<Clock> clock = Locked()->clock;
-    for (int now = clock->waiters; now < count; now = clock->waiters) {
-        clock->waiters.wait(now);
-    }
+    clock->awaitWaiters(count);
 }
 
 std::vector<std::string> debugLines() {
@@ -141,6 +156,10 @@ std::string executablePath() {
     return Locked()->executable;
 }
 
+std::string executableName() {
+    return fileNameOf(executablePath());
+}
+
 void endProcess(const std::string& title, const std::string& text, int exitCode) {
     throw fake::ProcessEnded{title, text, exitCode};
 }
@@ -162,13 +181,19 @@ bool waitFor(std::condition_variable& condition, std::unique_lock<std::mutex>& l
     // A wait that an earlier test left keeps that test's clock, which stands still for good.
     const std::shared_ptr<Clock> clock = Locked()->clock;
     const std::uint64_t deadline = clock->elapsed + milliseconds;
-    ++clock->waiters;
-    clock->waiters.notify_all();
+    clock->countWaiters(1);
     while (!ready() && clock->elapsed < deadline) {
         condition.wait_for(lock, std::chrono::milliseconds(1));
     }
-    --clock->waiters;
+    clock->countWaiters(-1);
     return ready();
+}
+
+void sleepFor(std::uint32_t milliseconds) {
+    std::mutex own;
+    std::condition_variable never;
+    std::unique_lock lock(own);
+    waitFor(never, lock, milliseconds, [] { return false; });
 }
 
 std::int64_t wallClock() {

@@ -93,13 +93,15 @@ private:
 
 struct FakeUserState final : Reserved<uc::IUserState> {
     bool isValid() override { return valid; }
-    const char* token() override { return ""; }
+    const char* token() override { return tokenText; }
     const char* identity() override { return identityText.c_str(); }
-    const char* phone() override { return ""; }
+    const char* phone() override { return phoneText; }
 
     bool present = true;
     bool valid = true;
     std::string identityText = "1001-2002-x";
+    const char* tokenText = "token-1";
+    const char* phoneText = "13800000000";
 };
 
 /// A user centre with a user logged in.
@@ -118,6 +120,15 @@ struct FakeUserCenter final : Reserved<uc::IUserCenter>, uc::IUserStateSource {
     std::vector<uc::IUserStateObserver*> observers;
 };
 
+struct FakeNotification final : NC::INotification {
+    FakeNotification(int type, const void* data) : kind(type), record(data) {}
+    int type() override { return kind; }
+    const void* data() override { return record; }
+
+    int kind;
+    const void* record;
+};
+
 /// Records what is posted.
 struct FakeNotifications final : Reserved<NC::INotificationCenter> {
     struct Post {
@@ -125,10 +136,11 @@ struct FakeNotifications final : Reserved<NC::INotificationCenter> {
         std::string record;
     };
 
-    void registerObserver(NC::Observer* /*observer*/) override {}
+    void registerObserver(NC::Observer* observer) override { observers.push_back(observer); }
     void post(int type, const void* data, std::uint32_t size) override {
         posts.push_back({type, std::string(static_cast<const char*>(data), size)});
     }
 
     std::vector<Post> posts;
+    std::vector<NC::Observer*> observers;
 };

@@ -38,6 +38,11 @@ bool isUtf8(const std::string& text) {
     return platform::toUtf8(platform::toWide(text)) == text;
 }
 
+bool isAscii(const std::string& text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 Parts partsOf(std::string path) {
     std::replace(path.begin(), path.end(), '/', '\\');
     Parts parts;
@@ -77,10 +82,13 @@ bool staysBelow(const std::string& path) {
         isDotsAndBlanks(parts.back())) {
         return false;
     }
+    // The file functions read bytes in the system's code page. In some a byte of a letter takes
+    // the "\\" behind it along, so what a ".." leads to is only known of plain letters.
+    const bool mayClimb = isAscii(path);
     int depth = 0;
     for (const std::string& part : parts) {
         const std::optional<int> step = stepOf(part);
-        if (!step) {
+        if (!step || (*step < 0 && !mayClimb)) {
             return false;
         }
         depth += *step;

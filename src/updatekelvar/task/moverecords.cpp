@@ -5,8 +5,8 @@
 #include "host/log.h"
 #include "platform/clock.h"
 #include "platform/process.h"
-#include "updatekelvar/helper/filelist.h"
 #include "updatekelvar/task/xtaskkelvarmove.h"
+#include "utils/filelist.h"
 #include "utils/utils.h"
 
 namespace {

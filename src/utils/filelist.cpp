@@ -1,4 +1,4 @@
-#include "updatekelvar/helper/filelist.h"
+#include "utils/filelist.h"
 
 #include <algorithm>
 #include <array>

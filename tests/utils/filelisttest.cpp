@@ -1,15 +1,15 @@
 #include <gtest/gtest.h>
 
 #include "support/fakehost.h"
-#include "updatekelvar/helper/filelist.h"
+#include "utils/filelist.h"
 
 namespace {
 
 constexpr const char* listPath = "home\\OrvSecurity\\config\\uninst\\filelist.xml";
 
-class FileListTest : public testing::Test {
+class FileListXmlTest : public testing::Test {
 protected:
-    FileListTest() { host.homeDirectory = host.clientPath("home"); }
+    FileListXmlTest() { host.homeDirectory = host.clientPath("home"); }
     void has(const std::string& files) {
         host.has(listPath, "<?xml version=\"1.0\"?>\n<Root>\n\t<FileList>\n" + files +
                                "\t</FileList>\n</Root>\n");
@@ -21,7 +21,7 @@ protected:
     XNFileListHelper helper;
 };
 
-TEST_F(FileListTest, ChangesAnEntryInAnyCaseAndAddsANewOne) {
+TEST_F(FileListXmlTest, ChangesAnEntryInAnyCaseAndAddsANewOne) {
     has("\t\t<File Name=\"\" Version=\"0\" />\n"
         "\t\t<File Name=\"Bin\\A.dll\" Version=\"1\" MD5=\"m\" IsPE=\"false\" Size=\"1\" "
         "Extra=\"kept\" />\n"
@@ -40,7 +40,7 @@ TEST_F(FileListTest, ChangesAnEntryInAnyCaseAndAddsANewOne) {
     EXPECT_EQ(host.count("updateItem, found, ret: 1 "), 3U);
 }
 
-TEST_F(FileListTest, CheckDiffWritesOnlyADifference) {
+TEST_F(FileListXmlTest, CheckDiffWritesOnlyADifference) {
     const XNFileItem item{"a.dll", "1.1", "ABC", true, 7};
     has(R"(<File Name="A.dll" Version="1.01" MD5="abc" IsPE="true" Size="7"/>)");
     const std::string before = text();
@@ -63,7 +63,7 @@ TEST_F(FileListTest, CheckDiffWritesOnlyADifference) {
     EXPECT_TRUE(holds(R"(<File Name="a.dll")"));
 }
 
-TEST_F(FileListTest, ADocumentThatDoesNotLoadStaysAsItIs) {
+TEST_F(FileListXmlTest, ADocumentThatDoesNotLoadStaysAsItIs) {
     const XNFileItem item{"a", "1", "m", false, 1};
     helper.updateFileListItems({item});
     helper.checkDiffAndUpdate({item});
@@ -77,7 +77,7 @@ TEST_F(FileListTest, ADocumentThatDoesNotLoadStaysAsItIs) {
     EXPECT_EQ(host.log()[3].function, "XNFileListHelper::checkDiffAndUpdate");
 }
 
-TEST_F(FileListTest, AnEmptyCallOpensNothing) {
+TEST_F(FileListXmlTest, AnEmptyCallOpensNothing) {
     has("");
     const std::string before = text();
     helper.updateFileListItems({});
@@ -86,7 +86,7 @@ TEST_F(FileListTest, AnEmptyCallOpensNothing) {
     EXPECT_EQ(host.log().size(), 2U);
 }
 
-TEST_F(FileListTest, ADocumentWithoutTheListIsNotGivenOne) {
+TEST_F(FileListXmlTest, ADocumentWithoutTheListIsNotGivenOne) {
     host.has(listPath, "<Root/>");
     helper.updateFileListItems({{"a", "1", "m", false, 1}});
     EXPECT_FALSE(holds("File"));
