@@ -4,8 +4,17 @@
 
 namespace sandbox {
 
+std::string pathText(const std::filesystem::path& native) {
+    const std::u8string text = native.u8string();
+    return {text.begin(), text.end()};
+}
+
+std::filesystem::path pathOf(const std::string& text) {
+    return std::u8string(text.begin(), text.end());
+}
+
 std::string toClientPath(const std::filesystem::path& native) {
-    std::string path = native.string();
+    std::string path = pathText(native);
     std::replace(path.begin(), path.end(), '/', '\\');
     return path;
 }

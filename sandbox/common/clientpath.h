@@ -5,7 +5,11 @@
 
 namespace sandbox {
 
-/// A native path as the client spells it, with "\" between its elements.
+/// A native path in UTF-8, and back; on posix its bytes as they are.
+std::string pathText(const std::filesystem::path& native);
+std::filesystem::path pathOf(const std::string& text);
+
+/// The text of a native path as the client spells it, with "\" between its elements.
 std::string toClientPath(const std::filesystem::path& native);
 
 /// The key under which a client path is compared: lower case (ASCII), "\" only.

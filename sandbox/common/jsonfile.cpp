@@ -1,15 +1,13 @@
 #include "sandbox/common/jsonfile.h"
 
-#include <fstream>
-
 namespace sandbox {
 
 std::optional<nlohmann::json> readJson(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
+    const std::optional<std::string> text = readFile(file);
+    if (!text) {
         return std::nullopt;
     }
-    nlohmann::json value = nlohmann::json::parse(stream, nullptr, false);
+    nlohmann::json value = nlohmann::json::parse(*text, nullptr, false);
     return value.is_discarded() ? std::nullopt : std::optional(std::move(value));
 }
 

@@ -2,6 +2,8 @@
 
 /// Sockets as both systems have them, and the few names in which these differ.
 
+#include <cstddef>
+
 #ifdef _WIN32
 #include <winsock2.h>
 #include <ws2tcpip.h>
@@ -16,6 +18,7 @@ namespace sandbox {
 #ifdef _WIN32
 
 using Socket = SOCKET;
+using SocketSize = int;
 
 /// Once before the first socket; the process' end takes it back.
 inline bool startSockets() {
@@ -30,6 +33,7 @@ inline void closeSocket(Socket socket) {
 #else
 
 using Socket = int;
+using SocketSize = std::size_t;
 
 inline bool startSockets() {
     return true;

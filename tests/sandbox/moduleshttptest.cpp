@@ -1,12 +1,9 @@
 #include <condition_variable>
-#include <future>
 #include <gtest/gtest.h>
 #include <mutex>
-#include <thread>
-
-#include <httplib.h>
 
 #include "host/xnbase.h"
+#include "httpserver.h"
 #include "moduleslab.h"
 
 namespace {
@@ -15,39 +12,7 @@ constexpr int timedOut = 28; // libcurl's numbers
 constexpr int refused = 7;
 constexpr int badAddress = 3;
 
-class Server {
-public:
-    Server() {
-        http.Post("/echo", [](const httplib::Request& request, httplib::Response& response) {
-            response.set_content(std::string("[\0", 2) + request.body + ']', "text/plain");
-        });
-        http.Post("/hang", [this](const httplib::Request&, httplib::Response&) {
-            released.get_future().wait();
-        });
-        http.set_keep_alive_max_count(1); // an open connection would hold up the end
-        port = http.bind_to_any_port("127.0.0.1");
-        thread = std::thread([this] { http.listen_after_bind(); });
-        // An answer of any kind: from here on the server can be stopped.
-        EXPECT_TRUE(httplib::Client("127.0.0.1", port).Get("/"));
-    }
-    ~Server() {
-        released.set_value();
-        http.stop();
-        thread.join();
-    }
-
-    std::string url(const std::string& path) const {
-        return "http://127.0.0.1:" + std::to_string(port) + path;
-    }
-
-private:
-    httplib::Server http;
-    int port = 0;
-    std::promise<void> released;
-    std::thread thread;
-};
-
-class Receiver final : public xnhttp::Callback {
+class Receiver : public xnhttp::Callback {
 public:
     long addRef() override {
         const std::lock_guard guard(mutex);
@@ -91,7 +56,7 @@ void send(const std::string& url, Receiver& receiver) {
 }
 
 TEST(ModuleHttp, AnswersOnceWhateverHappens) {
-    Server server;
+    HttpServer server;
     const struct {
         std::string url;
         int error;
@@ -115,6 +80,20 @@ TEST(ModuleHttp, AnswersOnceWhateverHappens) {
         EXPECT_EQ(ofRow.of("http")[0]["size"], 4);
         EXPECT_EQ(ofRow.of("http")[1]["error"], row.error);
     }
+}
+
+TEST(ModuleHttp, WhatLeavesACallbackIsAFailureOfTheRun) {
+    struct Thrower final : Receiver {
+        void onResponse(xnhttp::Response* /*response*/) override {
+            throw std::runtime_error("thrown over the border of two modules");
+        }
+    };
+    HttpServer server;
+    const lab::Events events;
+    Thrower thrower;
+    send(server.url("/echo"), thrower);
+    ASSERT_EQ(events.of("failure").size(), 1U);
+    EXPECT_EQ(events.of("failure")[0]["text"], "thrown over the border of two modules");
 }
 
 } // namespace

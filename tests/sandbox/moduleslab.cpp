@@ -2,7 +2,7 @@
 
 #include <fstream>
 #include <gtest/gtest.h>
-#include <unistd.h>
+#include <random>
 
 #include "platform/text.h"
 #include "sandbox/common/config.h"
@@ -30,14 +30,14 @@ nlohmann::json clientOfTests() {
 } // namespace
 
 sandbox::Folders lab::layOut(const fs::path& parent) {
-    sandbox::Folders folders(parent / ("modules-" + std::to_string(::getpid())));
-    fs::remove_all(folders.root());
+    const sandbox::Folders folders(parent / ("modules-" + std::to_string(std::random_device()())));
     fs::create_directories(folders.client());
     fs::create_directories(folders.state());
     const fs::path program = sandbox::executableFile();
-    fs::create_hard_link(program, folders.client() / program.filename());
+    // No links, as no link to an image that runs anywhere can be deleted on Windows.
+    fs::copy_file(program, folders.client() / program.filename());
     for (const char* file : moduleFiles) {
-        fs::create_hard_link(program.parent_path() / file, folders.client() / file);
+        fs::copy_file(program.parent_path() / file, folders.client() / file);
     }
     sandbox::writeJson(folders.config(), clientOfTests());
     sandbox::writeJson(
@@ -62,7 +62,7 @@ lab::Events::Events() {
 }
 
 std::vector<nlohmann::json> lab::Events::of(const std::string& kind) const {
-    std::ifstream stream(sandbox::processFolders().events());
+    std::ifstream stream(sandbox::processFolders().events(), std::ios::binary);
     stream.seekg(static_cast<std::streamoff>(start));
     std::vector<nlohmann::json> found;
     for (std::string line; std::getline(stream, line);) {

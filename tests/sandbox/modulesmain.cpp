@@ -1,9 +1,9 @@
 #include <cstring>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "moduleslab.h"
+#include "sandbox/common/clientpath.h"
+#include "sandbox/common/jsonfile.h"
 #include "sandbox/platform/childprocess.h"
 #include "sandbox/platform/hostprocess.h"
 
@@ -12,11 +12,12 @@ namespace fs = std::filesystem;
 namespace {
 
 /// The program that tests have started: tells its process number and its arguments.
-int leaveTrace(char** arguments) {
-    std::ofstream(arguments[0]) << nlohmann::json{
-        {"process", getpid()},
-        {"arguments", std::vector<std::string>(arguments + 1, arguments + 3)}};
-    return 0;
+int leaveTrace(const std::vector<std::string>& arguments) {
+    return sandbox::writeJson(
+               sandbox::pathOf(arguments[1]),
+               {{"process", sandbox::processNumber()}, {"arguments", {arguments[2], arguments[3]}}})
+               ? EXIT_SUCCESS
+               : EXIT_FAILURE;
 }
 
 int runInRunFolder(int argc, char** argv) {
@@ -34,7 +35,7 @@ int runInRunFolder(int argc, char** argv) {
 // What is thrown here is to end the run as failed. NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
     if (argc == 5 && std::strcmp(argv[1], "--leave-trace") == 0) {
-        return leaveTrace(argv + 2);
+        return leaveTrace(sandbox::ownArguments(argc, argv));
     }
     const bool inRunFolder = fs::exists(sandbox::processFolders().config());
     const bool lists = argc > 1 && std::strstr(argv[1], "--gtest_list_tests") != nullptr;

@@ -65,6 +65,7 @@ extern "C" void writeLog(int level, const char* file, int line, const char* func
                               '\n');
     sandbox::emit({{"kind", "log"},
                    {"level", level},
+                   {"thread", sandbox::threadNumber()},
                    {"file", source},
                    {"line", line},
                    {"function", caller},

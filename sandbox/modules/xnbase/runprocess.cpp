@@ -72,6 +72,9 @@ std::optional<fs::path> findProgram(const fs::path& clientFolder, const std::str
 
 bool startProgram(const fs::path& program, const std::string& parameters,
                   const fs::path& workingFolder) {
+    // A program that was just fetched has no permission to run; Windows knows of none.
+    std::error_code error;
+    fs::permissions(program, fs::perms::owner_exec, fs::perm_options::add, error);
     auto child =
         sandbox::ChildProcess::start(program, sandbox::splitParameters(parameters), workingFolder);
     if (!child) {

@@ -1,5 +1,6 @@
 #include "sandbox/modules/xnbase/transfers.h"
 
+#include <algorithm>
 #include <curl/curl.h>
 #include <thread>
 
@@ -9,7 +10,8 @@ namespace sandbox {
 
 namespace {
 
-constexpr int pollMilliseconds = 60000; // a new request wakes the poll up
+constexpr std::uint32_t longestTimeout = 0x7FFFFFFF; // what a long holds on every system
+constexpr int pollMilliseconds = 60000;              // a new request wakes the poll up
 
 struct ListFree {
     void operator()(curl_slist* list) const { curl_slist_free_all(list); }
@@ -57,7 +59,8 @@ struct Transfers::Transfer {
         curl_easy_setopt(easy, CURLOPT_HTTPHEADER, lines.get());
         curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &collectBody);
         curl_easy_setopt(easy, CURLOPT_WRITEDATA, &answer.body);
-        curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(timeoutMs));
+        curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS,
+                         static_cast<long>(std::min(timeoutMs, longestTimeout)));
         curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
         curl_easy_setopt(easy, CURLOPT_NOPROXY, "*"); // the servers are on loopback
         curl_easy_setopt(easy, CURLOPT_PRIVATE, this);

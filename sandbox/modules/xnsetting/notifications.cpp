@@ -1,3 +1,4 @@
+#include <cstring>
 #include <map>
 #include <string>
 #include <vector>
@@ -31,6 +32,15 @@ std::string toHex(const Bytes& bytes) {
         text += digits[byte & 15];
     }
     return text;
+}
+
+/// The number that a record of the package channel begins with.
+std::int32_t codeOf(const Bytes& record) {
+    std::int32_t code = 0;
+    if (record.size() >= sizeof code) {
+        std::memcpy(&code, record.data(), sizeof code);
+    }
+    return code;
 }
 
 /// Reports a record whose size is not the one that all readers of its type rely on.
@@ -81,6 +91,8 @@ private:
         for (NC::Observer* observer : receivers) {
             sandbox::guarded("onNotification", [&] { observer->onNotification(&notification); });
         }
+        // Whoever sent a command learns when it has been carried out.
+        sandbox::emit({{"kind", "delivered"}, {"type", type}, {"code", codeOf(record)}});
     }
 
     Mutex mutex;
