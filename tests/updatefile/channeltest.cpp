@@ -46,8 +46,9 @@ protected:
 };
 
 TEST_F(FileChannel, OneSuccessEndsTheChannelAndIsRemembered) {
-    channel.checkUpdate();
+    host.muteMode = 1; // the manager's rule alone
     userEvent();
+    channel.checkUpdate();
     EXPECT_EQ(host.count(succeeded), 1U);
     EXPECT_EQ(host.count(ignored), 1U);
     EXPECT_EQ(host.bytesOf("patchlib0.dat"), "one");
@@ -61,6 +62,14 @@ TEST_F(FileChannel, OneSuccessEndsTheChannelAndIsRemembered) {
                            R"({"fileType":1000,"fileVersion":"5"},)"
                            R"({"fileType":1001,"fileVersion":"0.0.0.0"}],"osName":"windows",)"
                            R"("osVersion":"10.0.19045.0","phone":"13800000000"})");
+}
+
+TEST_F(FileChannel, ADamagedStoredListCountsAsEmpty) {
+    host.settings.put(settingkeys::fileList, R"({"list":)");
+    EXPECT_TRUE(succeeds());
+    EXPECT_EQ(host.lineWith("stored text is no json, key: KEY_PLUGIN_UPDATE_FILE_LIST ").level, 4);
+    EXPECT_TRUE(succeeds());
+    EXPECT_NE(host.requests.at(1).body.find(R"("fileVersion":"5")"), std::string::npos);
 }
 
 TEST_F(FileChannel, OnlyAFailedMoveOrAMissingServiceFailsADownload) {
@@ -152,15 +161,17 @@ TEST_F(FileChannel, ASuccessIsFinalForARunThatOverlapsIt) {
     std::unique_ptr<sandbox::HeldFile> inUse;
     host.onTransfer = [&](const std::string& url) {
         if (host.requests.size() == 1) {
+            host.has("patchlib0.dat", "one"); // the run inside leaves the open transfer alone
             channel.checkUpdate();
             inUse = std::make_unique<sandbox::HeldFile>(host.diskPath("patchlib0.dat"));
         }
         return storage[url];
     };
     channel.checkUpdate();
-    userEvent();
-    EXPECT_EQ(host.count(succeeded), 1U);
     EXPECT_EQ(host.count(failed), 1U);
+    inUse.reset();
+    userEvent();
+    EXPECT_EQ(host.count(succeeded), 1U) << "a failure behind it does not open the channel again";
     EXPECT_EQ(host.count(ignored), 1U);
 }
 

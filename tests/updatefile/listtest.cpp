@@ -43,6 +43,14 @@ TEST(UpdateFileList, ReadsWhatHasTheRightTypeFillsUpAndTakesWhatHasAUrl) {
         list.merge(answer);
         EXPECT_EQ(list.toStored(), R"({"list":[)" + result + "]}") << stored << " " << offered;
     }
+    for (const char* text : {"", "7", "{}", R"({"data":7,"list":7})", R"({"data":{"list":{}}})"}) {
+        XUpdateFileList list;
+        XUpdateFileList answer;
+        list.fromStored(text);
+        answer.fromResponse(text);
+        EXPECT_EQ(list.toStored(), R"({"list":[)" + sized("0") + "]}") << text;
+        EXPECT_EQ(answer.size(), 0U) << text << ": an answer is not filled up";
+    }
     EXPECT_THROW(XUpdateFileList().fromStored("{"), nlohmann::json::exception);
     EXPECT_THROW(XUpdateFileList().fromResponse("<html>"), nlohmann::json::exception);
 }

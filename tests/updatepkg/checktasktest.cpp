@@ -54,7 +54,7 @@ TEST_F(CheckTaskTest, GoesOnWithAnOfferThatIsWanted) {
         host.answers["check"] = answer;
         EXPECT_EQ(automatic(), good ? "" : "-") << answer.body;
         const std::string end = byUser();
-        EXPECT_EQ(end, (good ? "+100 " : "-100 ") + trace.getData()->toStored() + "|");
+        EXPECT_EQ(end, "100 " + trace.getData()->toStored() + (good ? "|+" : "|-"));
         EXPECT_EQ(trace.getData() == before, !good) << "what is refused stays in memory";
         EXPECT_EQ(stored(), good ? trace.getData()->toStored() : "");
     }
@@ -77,7 +77,7 @@ TEST_F(CheckTaskTest, ConfirmsAnInstallationOnTheUsersRequestOnly) {
         host.user.devicePart.valid = logined;
         host.requests.clear();
         const std::string end = byUser();
-        EXPECT_EQ(end, (confirmed ? "-" : "+") + (told ? "100 " + stored() + "|" : ""));
+        EXPECT_EQ(end, (told ? "100 " + stored() + "|" : "") + (confirmed ? "-" : "+"));
         EXPECT_EQ(stored(), told ? trace.getData()->toStored() : "") << members;
         EXPECT_EQ(data->getStatus() == 5, confirmed);
         EXPECT_EQ(host.requests.empty(), confirmed);
@@ -97,12 +97,15 @@ TEST_F(CheckTaskTest, AnEmptyAddressEndsTwiceTheSecondTimeWhenTheTaskIsGone) {
                     fake::Presence::loaded);
     for (const bool isAuto : {true, false}) {
         std::string ends;
-        std::make_shared<XTaskPkgCheck>(isAuto, sender)->check([&](bool succ) {
-            ends += succ ? "+" : "-";
+        auto task = std::make_shared<XTaskPkgCheck>(isAuto, sender);
+        task->setNext(isAuto ? std::make_shared<XTaskBase>() : nullptr);
+        task->check([&](bool succ) {
+            ends += events() + (succ ? "+" : "-");
+            task.reset();
         });
         held->onResponse(nullptr);
         held->release();
-        EXPECT_EQ(ends + events(), "--100|100|");
+        EXPECT_EQ(ends + events(), isAuto ? "--" : "100|-100|-");
     }
 }
 

@@ -31,13 +31,13 @@ protected:
     /// A command in a record that ends behind its code.
     void command(std::int32_t code) { notify(std::make_unique<std::int32_t>(code).get()); }
 
-    /// What a task gives `finish`, which lets it go, as "+" or "-", and then its events.
-    /// Without either sign it has gone on.
+    /// What a task does, in its order: its events, and what it gives `finish`, which lets it
+    /// go, as "+" or "-". Without either sign it has gone on.
     std::string run(std::shared_ptr<IXTaskBase> task, bool chained = false) {
         std::string ends;
         task->setNext(chained ? std::make_shared<XTaskBase>() : nullptr);
         task->check([&](bool succ) {
-            ends += succ ? "+" : "-";
+            ends += events() + (succ ? "+" : "-");
             task.reset();
         });
         return ends.append(events());
