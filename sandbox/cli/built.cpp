@@ -78,22 +78,6 @@ BuiltMaterial build(const Scenario& scenario, const MaterialPlan& plan,
     return material;
 }
 
-std::string valueOf(const BuiltMaterial& material, const std::string& field) {
-    if (field == "md5") {
-        return material.offered.md5;
-    }
-    if (field == "fileMd5") {
-        return material.fileMd5;
-    }
-    if (field == "fileId") {
-        return material.offered.fileId;
-    }
-    if (field == "path") {
-        return material.path;
-    }
-    throw std::runtime_error("a material has no \"" + field + "\"");
-}
-
 const BuiltMaterial& named(const std::vector<BuiltMaterial>& materials, const std::string& name) {
     const auto found =
         std::find_if(materials.begin(), materials.end(),
@@ -102,6 +86,18 @@ const BuiltMaterial& named(const std::vector<BuiltMaterial>& materials, const st
         throw std::runtime_error("there is no material \"" + name + "\"");
     }
     return *found;
+}
+
+std::string valueOf(const NamedValues& values, const std::string& name, const std::string& field) {
+    const auto thing = values.find(name);
+    if (thing == values.end()) {
+        throw std::runtime_error("there is no material or file \"" + name + "\"");
+    }
+    const auto value = thing->second.find(field);
+    if (value == thing->second.end()) {
+        throw std::runtime_error("\"" + name + "\" has no \"" + field + "\"");
+    }
+    return value->second;
 }
 
 } // namespace
@@ -117,36 +113,47 @@ std::vector<BuiltMaterial> buildMaterials(const Scenario& scenario,
     return materials;
 }
 
-std::string filledIn(std::string text, const std::vector<BuiltMaterial>& materials) {
+NamedValues valuesOf(const std::vector<BuiltMaterial>& materials) {
+    NamedValues values;
+    for (const BuiltMaterial& material : materials) {
+        values[material.plan.name] = {{"md5", material.offered.md5},
+                                      {"fileMd5", material.fileMd5},
+                                      {"fileId", material.offered.fileId},
+                                      {"path", material.path}};
+    }
+    return values;
+}
+
+std::string filledIn(std::string text, const NamedValues& values) {
     for (std::size_t open = 0; (open = text.find('{', open)) != std::string::npos;) {
-        const std::size_t dot = text.find('.', open);
         const std::size_t close = text.find('}', open);
-        if (close == std::string::npos || dot == std::string::npos || dot > close) {
+        const std::size_t dot = text.rfind('.', close);
+        if (close == std::string::npos || dot == std::string::npos || dot < open) {
             break;
         }
-        const BuiltMaterial& material = named(materials, text.substr(open + 1, dot - open - 1));
-        const std::string value = valueOf(material, text.substr(dot + 1, close - dot - 1));
+        const std::string value = valueOf(values, text.substr(open + 1, dot - open - 1),
+                                          text.substr(dot + 1, close - dot - 1));
         text.replace(open, close - open + 1, value);
         open += value.size();
     }
     return text;
 }
 
-Json filledIn(const Json& json, const std::vector<BuiltMaterial>& materials) {
+Json filledIn(const Json& json, const NamedValues& values) {
     if (json.is_string()) {
-        return filledIn(json.get<std::string>(), materials);
+        return filledIn(json.get<std::string>(), values);
     }
     if (json.is_array()) {
         Json filled = Json::array();
         for (const Json& element : json) {
-            filled.push_back(filledIn(element, materials));
+            filled.push_back(filledIn(element, values));
         }
         return filled;
     }
     if (json.is_object()) {
         Json filled = Json::object();
         for (const auto& [key, value] : json.items()) {
-            filled[filledIn(key, materials)] = filledIn(value, materials);
+            filled[filledIn(key, values)] = filledIn(value, values);
         }
         return filled;
     }
@@ -176,6 +183,18 @@ Offer offerOf(const Scenario& scenario, const std::vector<BuiltMaterial>& materi
     return offer;
 }
 
+AnswerFault answerFault(const Json& told) {
+    AnswerFault fault;
+    fault.status = told.value("status", fault.status);
+    if (told.contains("body")) {
+        fault.body = told.at("body").get<std::string>();
+    }
+    if (told.contains("stopAt")) {
+        fault.stopAt = told.at("stopAt").get<std::size_t>();
+    }
+    return fault;
+}
+
 ExpectedRun expectedRunOf(const std::vector<BuiltMaterial>& materials, const Json& options) {
     const Json asks = options.value("asks", Json::object());
     ExpectedRun run;
@@ -187,11 +206,7 @@ ExpectedRun expectedRunOf(const std::vector<BuiltMaterial>& materials, const Jso
     run.questions = options.value("questions", run.questions);
     const Json faults = options.value("answers", Json::object());
     for (const auto& [name, fault] : faults.items()) {
-        AnswerFault& answer = run.answerFaults[name];
-        answer.status = fault.value("status", answer.status);
-        if (fault.contains("body")) {
-            answer.body = fault.at("body").get<std::string>();
-        }
+        run.answerFaults[name] = answerFault(fault);
     }
     const Json cuts = options.value("cut", Json::object());
     for (const auto& [name, bytes] : cuts.items()) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -26,10 +27,15 @@ std::vector<BuiltMaterial> buildMaterials(const Scenario& scenario,
                                           const std::filesystem::path& storage,
                                           const std::function<void(std::size_t)>& made);
 
-/// Replaces "{name.md5}", "{name.fileMd5}", "{name.fileId}" and "{name.path}" in every
-/// text by what the material of that name has.
-nlohmann::json filledIn(const nlohmann::json& json, const std::vector<BuiltMaterial>& materials);
-std::string filledIn(std::string text, const std::vector<BuiltMaterial>& materials);
+/// What scenarios may ask of a thing by its name: field to text.
+using NamedValues = std::map<std::string, std::map<std::string, std::string>>;
+
+/// "md5", "fileMd5", "fileId" and "path" of every material.
+NamedValues valuesOf(const std::vector<BuiltMaterial>& materials);
+
+/// Replaces "{name.field}" in every text by the value; the field is behind the last dot.
+nlohmann::json filledIn(const nlohmann::json& json, const NamedValues& values);
+std::string filledIn(std::string text, const NamedValues& values);
 
 /// Whether a list of material names, or "all", holds that name.
 bool isNamed(const nlohmann::json& names, const std::string& name);
@@ -37,6 +43,7 @@ bool isNamed(const nlohmann::json& names, const std::string& name);
 /// What the platform offers in the run of that phase, and what it expects of the client.
 Offer offerOf(const Scenario& scenario, const std::vector<BuiltMaterial>& materials,
               const nlohmann::json& options);
+AnswerFault answerFault(const nlohmann::json& told);
 ExpectedRun expectedRunOf(const std::vector<BuiltMaterial>& materials,
                           const nlohmann::json& options);
 

@@ -80,6 +80,15 @@ std::optional<std::string> ClientState::versionAt(const std::string& path) const
     return stored == versions.end() ? "" : stored->second;
 }
 
+const FileState* ClientState::fileAt(const std::string& path) const {
+    const std::string key = comparablePath(path);
+    const bool inUpdate = key.rfind(updateFolder, 0) == 0;
+    const auto& stands = inUpdate ? update : files;
+    const auto found =
+        stands.find(inUpdate ? key.substr(std::string_view(updateFolder).size()) : key);
+    return found == stands.end() ? nullptr : &found->second;
+}
+
 std::map<std::string, std::string> ClientState::padding() const {
     const Json text = settings.value(paddingKey, Json(""));
     const Json list =

@@ -45,6 +45,8 @@ struct ClientState {
     /// Of the file itself, or else what the version store has for it; nothing without a
     /// file.
     std::optional<std::string> versionAt(const std::string& path) const;
+    /// A file of the client, in folder "update" or not; null when it is not there.
+    const FileState* fileAt(const std::string& path) const;
     /// Waiting files by target, from the padding list.
     std::map<std::string, std::string> padding() const;
 };

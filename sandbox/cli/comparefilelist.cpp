@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cctype>
 #include <set>
 
 #include "sandbox/cli/comparison.h"
@@ -8,6 +9,8 @@ namespace sandbox {
 namespace {
 
 using Json = nlohmann::json;
+
+constexpr const char* versionFile = "orvsecurityver.dll";
 
 std::string wordsOf(const ListedFile& entry) {
     return entry.version + " " + entry.md5 + " PE " + entry.isPe + " " + entry.size + " bytes";
@@ -26,6 +29,21 @@ ListedFile entryFor(const Comparison& comparison, const BuiltMaterial& material)
         entry.size = std::to_string(file->second.size);
     }
     return entry;
+}
+
+/// The entry of the module that tells the client's version, as a check of the package
+/// channel finds it: before a setup that the same run starts, or behind it.
+ListedFile versionFileEntry(const Comparison& comparison, const std::string& version) {
+    const FileState* was = comparison.before.fileAt(versionFile);
+    const FileState* is = comparison.now.fileAt(versionFile);
+    const FileState* file = was != nullptr && was->peVersion == version ? was : is;
+    if (file == nullptr) {
+        return {};
+    }
+    std::string md5 = file->md5; // the plug-in writes its own digests in upper case
+    std::transform(md5.begin(), md5.end(), md5.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return {versionFile, version, md5, "true", std::to_string(file->size)};
 }
 
 void compareEntry(Comparison& comparison, const std::string& key, ListedFile expected) {
@@ -55,6 +73,11 @@ void compareFileList(Comparison& comparison) {
             written.insert(key);
             compareEntry(comparison, key, entryFor(comparison, material));
         }
+    }
+    if (expect.contains("versionFile")) {
+        written.insert(versionFile);
+        compareEntry(comparison, versionFile,
+                     versionFileEntry(comparison, expect.at("versionFile").get<std::string>()));
     }
     for (const auto& [key, entry] : comparison.before.listed) {
         if (written.count(key) == 0) {

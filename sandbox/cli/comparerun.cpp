@@ -8,25 +8,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-std::vector<std::string> texts(const Json& array) {
-    return array.get<std::vector<std::string>>();
-}
-
-void compareLists(Comparison& comparison, const std::string& what,
-                  const std::vector<std::string>& expected, const std::vector<std::string>& got) {
-    if (expected == got) {
-        return;
-    }
-    const auto ends = std::mismatch(expected.begin(), expected.end(), got.begin(), got.end());
-    const auto at = static_cast<std::size_t>(ends.first - expected.begin());
-    const auto element = [at](const std::vector<std::string>& list) {
-        return at < list.size() ? list[at] : "nothing";
-    };
-    comparison.differ(what + ", number " + std::to_string(at + 1) + " of " +
-                          std::to_string(expected.size()),
-                      element(expected), element(got));
-}
-
 void compareDownloads(Comparison& comparison) {
     std::vector<std::string> names;
     for (const std::string& fileId : comparison.facts.report.downloads) {
@@ -42,24 +23,23 @@ void compareDownloads(Comparison& comparison) {
         }
         return;
     }
-    compareLists(comparison, "downloads", texts(expected), names);
+    compareLists(comparison, "downloads", expected.get<std::vector<std::string>>(), names);
 }
 
 void compareNotifications(Comparison& comparison) {
     std::vector<std::string> got;
     for (const Json& event : comparison.facts.events) {
-        if (isKind(event, "notification")) {
+        if (isKind(event, "notification") && event.value("type", 0) != packageType) {
             got.push_back("type " + std::to_string(event.value("type", 0)) + " " +
                           notifiedVersion(event));
         }
     }
-    compareLists(comparison, "notifications",
-                 texts(comparison.expect.value("notifications", Json::array())), got);
+    compareLists(comparison, "notifications", textsOf(comparison.expect, "notifications"), got);
 }
 
 void compareLog(Comparison& comparison) {
     const auto& events = comparison.facts.events;
-    for (const std::string& text : texts(comparison.expect.value("logs", Json::array()))) {
+    for (const std::string& text : textsOf(comparison.expect, "logs")) {
         const bool found = std::any_of(events.begin(), events.end(), [&](const Json& event) {
             return isKind(event, "log") && event.value("text", "").find(text) != std::string::npos;
         });
@@ -69,15 +49,36 @@ void compareLog(Comparison& comparison) {
     }
 }
 
-void reportFailures(Comparison& comparison) {
+/// Failures that the scenario does not expect; each one that it does has to come.
+void compareFailures(Comparison& comparison) {
+    std::vector<std::string> expected = textsOf(comparison.expect, "failures");
     for (const Json& event : comparison.facts.events) {
-        if (isKind(event, "failure")) {
-            comparison.differences.push_back("failure in " + event.value("where", "") + ": " +
-                                             event.value("text", ""));
+        if (!isKind(event, "failure")) {
+            continue;
+        }
+        const std::string text = event.value("where", "") + ": " + event.value("text", "");
+        const auto found =
+            std::find_if(expected.begin(), expected.end(), [&](const std::string& part) {
+                return text.find(part) != std::string::npos;
+            });
+        if (found != expected.end()) {
+            expected.erase(found);
+        } else {
+            comparison.differences.push_back("failure in " + text);
         }
     }
+    for (const std::string& part : expected) {
+        comparison.differ("failure", part, "none");
+    }
+}
+
+void reportComplaints(Comparison& comparison) {
     for (const std::string& complaint : comparison.facts.report.complaints) {
         comparison.differences.push_back("platform: " + complaint);
+    }
+    if (!comparison.facts.missed.empty()) {
+        comparison.differences.push_back("what the ui waits for has not come: " +
+                                         comparison.facts.missed);
     }
 }
 
@@ -89,10 +90,12 @@ void compareRun(Comparison& comparison) {
         comparison.differ("exit status of the host", std::to_string(expectedExit),
                           std::to_string(comparison.facts.hostExit));
     }
-    reportFailures(comparison);
+    compareFailures(comparison);
+    reportComplaints(comparison);
     compareDownloads(comparison);
     compareNotifications(comparison);
     compareLog(comparison);
+    compareUpgrade(comparison);
 }
 
 void comparePrograms(Comparison& comparison, const std::vector<std::string>& background) {
@@ -108,8 +111,7 @@ void comparePrograms(Comparison& comparison, const std::vector<std::string>& bac
             got.push_back(text);
         }
     }
-    compareLists(comparison, "programs", texts(comparison.expect.value("programs", Json::array())),
-                 got);
+    compareLists(comparison, "programs", textsOf(comparison.expect, "programs"), got);
     if (comparison.facts.traces != started) {
         comparison.differ("traces of started programs", std::to_string(started),
                           std::to_string(comparison.facts.traces));
@@ -123,6 +125,25 @@ void Comparison::differ(const std::string& what, const std::string& expected,
 
 const RowGoal& Comparison::goalOf(const BuiltMaterial& material) const {
     return goals.rows.at(material.plan.name);
+}
+
+std::vector<std::string> textsOf(const Json& expect, const char* member) {
+    return expect.value(member, std::vector<std::string>());
+}
+
+void compareLists(Comparison& comparison, const std::string& what,
+                  const std::vector<std::string>& expected, const std::vector<std::string>& got) {
+    if (expected == got) {
+        return;
+    }
+    const auto ends = std::mismatch(expected.begin(), expected.end(), got.begin(), got.end());
+    const auto at = static_cast<std::size_t>(ends.first - expected.begin());
+    const auto element = [at](const std::vector<std::string>& list) {
+        return at < list.size() ? list[at] : "nothing";
+    };
+    comparison.differ(what + ", number " + std::to_string(at + 1) + " of " +
+                          std::to_string(expected.size()),
+                      element(expected), element(got));
 }
 
 std::string joined(const std::vector<std::string>& list) {

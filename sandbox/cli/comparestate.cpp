@@ -10,11 +10,16 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr const char* anyValue = "<any>";
-/// Every check writes it, with a value that no scenario can tell.
-constexpr const char* lastCheckTime = "KEY_UPDATE_KELVAR_LAST_CHECK_TIME";
 
-std::set<std::string> placedTargets(const Comparison& comparison) {
+/// Files that other comparisons look at.
+std::set<std::string> comparedElsewhere(const Comparison& comparison) {
     std::set<std::string> targets;
+    for (const char* member : {"contents", "fileVersions"}) {
+        const Json told = comparison.expect.value(member, Json::object());
+        for (const auto& [path, value] : told.items()) {
+            targets.insert(comparablePath(path));
+        }
+    }
     for (const BuiltMaterial& material : comparison.materials) {
         if (comparison.goalOf(material).state == "placed") {
             targets.insert(comparablePath(material.path));
@@ -27,6 +32,9 @@ std::set<std::string> placedTargets(const Comparison& comparison) {
 bool sameSetting(const Json& expected, const Json& stored) {
     if (expected == anyValue) {
         return !stored.is_null();
+    }
+    if (expected == "" && stored.is_null()) {
+        return true; // an empty text reads like one that was never written
     }
     if ((expected.is_array() || expected.is_object()) && stored.is_string()) {
         return Json::parse(stored.get<std::string>(), nullptr, false) == expected;
@@ -63,7 +71,7 @@ void compareSettings(Comparison& comparison) {
         }
     }
     for (const auto& [key, stored] : comparison.now.settings.items()) {
-        const bool told = comparison.goals.settings.contains(key) || key == lastCheckTime;
+        const bool told = comparison.goals.settings.contains(key) || isCheckTime(key);
         // An empty text reads like one that was never written.
         const bool blank = stored.is_string() && stored.get_ref<const std::string&>().empty();
         if (!told && !blank) {
@@ -113,8 +121,12 @@ void compareUpdateFolder(Comparison& comparison) {
 
 } // namespace
 
+bool isCheckTime(const std::string& key) {
+    return key == "KEY_UPDATE_KELVAR_LAST_CHECK_TIME" || key == "KEY_UPDATE_PKG_LAST_CHECK_TIME";
+}
+
 void compareFiles(Comparison& comparison) {
-    const std::set<std::string> targets = placedTargets(comparison);
+    const std::set<std::string> targets = comparedElsewhere(comparison);
     const auto changed = [&](const std::string& path) {
         const auto was = comparison.before.files.find(path);
         const auto is = comparison.now.files.find(path);
@@ -133,6 +145,7 @@ void compareFiles(Comparison& comparison) {
         }
     }
     compareUpdateFolder(comparison);
+    compareContents(comparison);
 }
 
 void compareStores(Comparison& comparison) {

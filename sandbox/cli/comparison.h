@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "sandbox/cli/built.h"
+#include "sandbox/cli/builtupgrade.h"
 #include "sandbox/cli/clientstate.h"
 #include "sandbox/cli/rowtracker.h"
 #include "sandbox/server/updateplatform.h"
@@ -23,6 +24,7 @@ struct PhaseFacts {
     std::vector<Row> rows;
     RunReport report;
     std::size_t traces = 0; ///< left behind by started programs
+    std::string missed;     ///< the step of the script that did not come; empty for none
 };
 
 /// What is expected of one material.
@@ -32,6 +34,9 @@ struct RowGoal {
     bool absent = false; ///< nothing stands at the target
     std::string reason;  ///< of a refusal in this phase
 };
+
+/// Whether a setting is a time that every check writes, and that no scenario can tell.
+bool isCheckTime(const std::string& key);
 
 /// What is expected to stand after a phase.
 struct Goals {
@@ -46,6 +51,7 @@ struct Goals {
 /// One phase in view of all comparisons.
 struct Comparison {
     const std::vector<BuiltMaterial>& materials;
+    const BuiltUpgrade& upgrade;
     const Goals& goals;
     const ClientState& before;
     const ClientState& now;
@@ -67,8 +73,19 @@ void compareStores(Comparison& comparison);
 void compareFileList(Comparison& comparison);
 /// The host's end, failures, complaints, downloads, notifications, log lines.
 void compareRun(Comparison& comparison);
+/// The package and file channels, the reports and the programs in the background.
+void compareUpgrade(Comparison& comparison);
+/// Files whose content or version the scenario tells by itself.
+void compareContents(Comparison& comparison);
 /// Programs in the order of their starts; `background` may come at any moment.
 void comparePrograms(Comparison& comparison, const std::vector<std::string>& background);
+
+/// The first place where two lists differ, when they do.
+void compareLists(Comparison& comparison, const std::string& what,
+                  const std::vector<std::string>& expected, const std::vector<std::string>& got);
+
+/// The texts of an array; none when it is not there.
+std::vector<std::string> textsOf(const nlohmann::json& expect, const char* member);
 
 /// Elements of one line, for the text of a difference.
 std::string joined(const std::vector<std::string>& texts);

@@ -11,6 +11,7 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr const char* everyRow = "*";
+constexpr const char* recordKey = "KEY_UPDATE_UPGRADE";
 
 RowGoal readGoal(const Json& goal) {
     RowGoal read;
@@ -27,7 +28,11 @@ Expectation::Expectation(const std::vector<BuiltMaterial>& built, ClientState st
                          std::vector<std::string> backgroundPrograms)
     : materials(built), before(std::move(start)), background(std::move(backgroundPrograms)) {
     goals.versions = before.versions;
-    goals.settings = before.settings;
+    for (const auto& [key, value] : before.settings.items()) {
+        if (!isCheckTime(key)) {
+            goals.settings[key] = value;
+        }
+    }
     for (const auto& [name, file] : before.update) {
         goals.update.push_back(comparablePath(file.path));
     }
@@ -57,6 +62,18 @@ void Expectation::takeOverRows(const Json& rows) {
             throw std::runtime_error("expectation of an unknown material \"" + name + "\"");
         }
         goals.rows[name] = readGoal(goal);
+    }
+}
+
+/// The package's stored record: a status, or that there is none.
+void Expectation::takeOverRecord(const Json& record, const BuiltUpgrade& upgrade) {
+    if (record == "none") {
+        goals.settings[recordKey] = "";
+    } else if (record.is_object()) {
+        goals.settings[recordKey] =
+            recordText(upgrade, record.value("status", 0), record.value("byUser", false));
+    } else {
+        goals.settings[recordKey] = recordText(upgrade, record.get<int>(), false);
     }
 }
 
@@ -93,10 +110,15 @@ void Expectation::takeOver(const Json& expect, const PhaseFacts& facts) {
 }
 
 std::vector<std::string> Expectation::compare(const Json& expect, const PhaseFacts& facts,
-                                              const ClientState& now) {
-    const Json filled = filledIn(expect, materials);
+                                              const BuiltUpgrade& upgrade, const ClientState& now) {
+    NamedValues values = valuesOf(materials);
+    addValues(upgrade, values);
+    const Json filled = filledIn(expect, values);
     takeOver(filled, facts);
-    Comparison comparison{materials, goals, before, now, facts, filled};
+    if (filled.contains("record")) {
+        takeOverRecord(filled.at("record"), upgrade);
+    }
+    Comparison comparison{materials, upgrade, goals, before, now, facts, filled};
     compareRows(comparison);
     compareFiles(comparison);
     compareStores(comparison);

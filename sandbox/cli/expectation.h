@@ -18,10 +18,11 @@ public:
 
     /// Every difference between what the phase expects and what stands, in words.
     std::vector<std::string> compare(const nlohmann::json& expect, const PhaseFacts& facts,
-                                     const ClientState& now);
+                                     const BuiltUpgrade& upgrade, const ClientState& now);
 
 private:
     void takeOver(const nlohmann::json& expect, const PhaseFacts& facts);
+    void takeOverRecord(const nlohmann::json& record, const BuiltUpgrade& upgrade);
     void takeOverRows(const nlohmann::json& rows);
 
     const std::vector<BuiltMaterial>& materials;

@@ -1,14 +1,13 @@
 #include "sandbox/cli/filebytes.h"
 
-#include <algorithm>
 #include <array>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 #include <stdexcept>
 
 #include "platform/digest.h"
 #include "sandbox/materials/cabwriter.h"
+#include "sandbox/materials/imageversion.h"
 #include "sandbox/materials/pefile.h"
 
 namespace sandbox {
@@ -33,18 +32,6 @@ std::uint64_t seedOf(std::uint64_t seed, const std::string& name) {
     return hash;
 }
 
-platform::FileVersion parsedVersion(const std::string& text) {
-    platform::FileVersion version{};
-    std::istringstream stream(text);
-    char dot = '.';
-    for (std::size_t i = 0; i < version.size(); ++i) {
-        if ((i > 0 && !(stream >> dot)) || dot != '.' || !(stream >> version[i])) {
-            throw std::runtime_error("a version of a PE file has four parts: " + text);
-        }
-    }
-    return version;
-}
-
 std::string hexOf(const std::array<std::uint8_t, 16>& digest) {
     static constexpr const char* digits = "0123456789abcdef";
     std::string text;
@@ -61,7 +48,7 @@ Bytes bytesOf(const FilePlan& file, std::uint64_t seed, const std::string& name)
     const std::uint64_t own = seedOf(seed, name);
     if (file.kind == kindPe) {
         materials::PeFile image;
-        image.version = parsedVersion(file.version);
+        image.version = materials::parsedVersion(file.version);
         image.name = name;
         image.size = file.size;
         image.seed = own;
@@ -71,22 +58,6 @@ Bytes bytesOf(const FilePlan& file, std::uint64_t seed, const std::string& name)
         return materials::randomBytes(file.size, own);
     }
     throw std::runtime_error("no bytes for a file of kind \"" + file.kind + "\"");
-}
-
-Bytes withVersion(Bytes image, const std::string& version) {
-    // Signature and structure version of VS_FIXEDFILEINFO; the file's version comes next.
-    static constexpr std::array<std::uint8_t, 8> fixedInfo{0xBD, 0x04, 0xEF, 0xFE, 0, 0, 1, 0};
-    const platform::FileVersion words = parsedVersion(version);
-    const auto found = std::search(image.begin(), image.end(), fixedInfo.begin(), fixedInfo.end());
-    if (image.end() - found < std::ptrdiff_t{2} * std::ssize(fixedInfo)) {
-        throw std::runtime_error("the image has no version resource");
-    }
-    auto at = found + std::ssize(fixedInfo);
-    for (const std::size_t word : {1U, 0U, 3U, 2U}) { // two numbers, each of two words
-        *at++ = static_cast<std::uint8_t>(words[word] & 0xFF);
-        *at++ = static_cast<std::uint8_t>(words[word] >> 8);
-    }
-    return image;
 }
 
 Bytes cabinetOf(const std::string& method,

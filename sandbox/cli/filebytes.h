@@ -17,10 +17,6 @@ using materials::Bytes;
 /// The bytes of a file of kind "pe" or "data"; the same for the same seed and name.
 Bytes bytesOf(const FilePlan& file, std::uint64_t seed, const std::string& name);
 
-/// The image with that version, of four parts, in its version resource. Throws
-/// std::runtime_error when it has none.
-Bytes withVersion(Bytes image, const std::string& version);
-
 /// A cabinet of these members by "stored", "mszip", "lzx" or "quantum". Throws
 /// std::runtime_error for another method.
 Bytes cabinetOf(const std::string& method,

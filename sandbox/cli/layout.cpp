@@ -111,21 +111,6 @@ void writeStores(const Scenario& scenario, const ClientSystem& system, const std
 
 } // namespace
 
-fs::path clientFile(const Folders& folders, const std::string& clientPath) {
-    std::string path = clientPath;
-    std::replace(path.begin(), path.end(), '\\', '/');
-    const fs::path relative = fs::path(path).lexically_normal();
-    if (relative.empty() || relative == "." || relative.has_root_path() ||
-        *relative.begin() == "..") {
-        throw std::runtime_error("not below the client's folder: \"" + clientPath + "\"");
-    }
-    return folders.client() / relative;
-}
-
-fs::path tracesFolder(const Folders& folders) {
-    return folders.state() / "started";
-}
-
 void clearRunFolder(const Folders& folders) {
     const fs::path& root = folders.root();
     if (folders.client().string().size() > longestClientPath) {

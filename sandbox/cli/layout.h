@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "sandbox/cli/clientfile.h"
 #include "sandbox/cli/clientsystem.h"
 #include "sandbox/cli/scenario.h"
 
@@ -17,12 +18,5 @@ void clearRunFolder(const Folders& folders);
 /// address.
 void layOutClient(const Scenario& scenario, const ClientSystem& system,
                   const std::filesystem::path& binaries, const std::string& address);
-
-/// The native file of a client path. Throws std::runtime_error when the path leaves the
-/// client's folder.
-std::filesystem::path clientFile(const Folders& folders, const std::string& clientPath);
-
-/// Where started programs leave their traces.
-std::filesystem::path tracesFolder(const Folders& folders);
 
 } // namespace sandbox

@@ -8,6 +8,7 @@ namespace {
 constexpr int versionType = 14;
 constexpr std::size_t textOffset = 4;
 constexpr std::size_t textSize = 128;
+constexpr std::size_t packageTextSize = 1024;
 
 std::string bytesOfHex(const std::string& hex) {
     std::string bytes;
@@ -40,6 +41,23 @@ std::string notifiedVersion(const nlohmann::json& event) {
     }
     const std::string text = record.substr(textOffset);
     return text.substr(0, text.find('\0'));
+}
+
+std::optional<PackageNote> packageNote(const nlohmann::json& event) {
+    if (!isKind(event, "notification") || event.value("type", 0) != packageType) {
+        return std::nullopt;
+    }
+    const std::string record = bytesOfHex(event.value("hex", ""));
+    if (record.size() != textOffset + packageTextSize) {
+        return std::nullopt;
+    }
+    PackageNote note;
+    for (std::size_t at = textOffset; at > 0; --at) { // the least significant byte first
+        note.code = note.code << 8 | static_cast<unsigned char>(record[at - 1]);
+    }
+    const std::string text = record.substr(textOffset);
+    note.text = text.substr(0, text.find('\0'));
+    return note;
 }
 
 } // namespace sandbox

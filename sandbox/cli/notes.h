@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include <nlohmann/json.hpp>
@@ -12,6 +13,18 @@ std::string programText(const nlohmann::json& event);
 
 /// The text of a notification of type 14; empty for another type or a damaged record.
 std::string notifiedVersion(const nlohmann::json& event);
+
+/// A record of type 7: what the user interface and the package channel tell each other.
+inline constexpr int packageType = 7;
+struct PackageNote {
+    int code = 0;
+    std::string text;
+
+    bool isEvent() const { return code >= 100; } ///< of the channel, and no command to it
+};
+
+/// Nothing for another type or a damaged record.
+std::optional<PackageNote> packageNote(const nlohmann::json& event);
 
 bool isKind(const nlohmann::json& event, const char* kind);
 

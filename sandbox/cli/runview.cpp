@@ -43,8 +43,10 @@ std::string wordsOf(const Row& row) {
 
 } // namespace
 
-RunView::RunView(Console& output, const std::vector<const BuiltMaterial*>& offered)
-    : console(output), widths{0, 0}, detailed(offered.size() <= detailLimit) {
+RunView::RunView(Console& output, const std::vector<const BuiltMaterial*>& offered,
+                 const BuiltUpgrade& built, std::vector<std::string> programs)
+    : console(output), sections(output), upgrade(sections, built),
+      background(std::move(programs)), widths{0, 0}, detailed(offered.size() <= detailLimit) {
     for (const BuiltMaterial* material : offered) {
         materials[material->offered.fileId] = material;
         widths[0] = std::max(widths[0], material->plan.name.size());
@@ -58,23 +60,31 @@ const BuiltMaterial* RunView::byFileId(const std::string& fileId) const {
 }
 
 void RunView::section(const std::string& title) {
-    if (currentSection != title) {
+    if (!sections.isIn(title)) {
         finishTransfer();
-        currentSection = title;
-        console.heading("  " + title);
+        sections.heading(title);
     }
 }
 
+void RunView::endRun() {
+    finishTransfer();
+    sections.endRun();
+}
+
 void RunView::platform(const PlatformEvent& event) {
+    if (upgrade.platform(event)) {
+        return;
+    }
     switch (event.kind) {
     case PlatformEvent::Kind::question:
+        beginRun();
         section("Conversation");
         console.row(Mark::good, {event.text, event.detail}, {questionWidth});
         break;
     case PlatformEvent::Kind::transfer:
         transfer(event);
         break;
-    case PlatformEvent::Kind::complaint:
+    default:
         console.row(Mark::fault, {event.text}, {});
         break;
     }
@@ -126,13 +136,26 @@ void RunView::row(const Row& row) {
     }
 }
 
-void RunView::host(const nlohmann::json& event) {
-    if (isKind(event, "process")) {
+void RunView::program(const nlohmann::json& event) {
+    const bool started = event.value("started", false);
+    const std::string text = programText(event);
+    const bool isOthers = std::find(background.begin(), background.end(), text) != background.end();
+    const Mark mark = started ? Mark::starts : Mark::no;
+    const std::vector<std::string> cells{text, started ? "" : "(no such program here)"};
+    if (isOthers) {
+        sections.rowAside("Other channel", mark, cells);
+    } else {
         section("Programs");
-        console.row(
-            event.value("started", false) ? Mark::starts : Mark::no,
-            {programText(event), event.value("started", false) ? "" : "(no such program here)"},
-            {});
+        console.row(mark, cells, {});
+    }
+}
+
+void RunView::host(const nlohmann::json& event) {
+    if (upgrade.host(event)) {
+        return;
+    }
+    if (isKind(event, "process")) {
+        program(event);
     } else if (isKind(event, "notification")) {
         section("Notification");
         const std::string version = notifiedVersion(event);
@@ -146,7 +169,8 @@ void RunView::host(const nlohmann::json& event) {
 }
 
 void RunView::end() {
-    finishTransfer();
+    endRun();
+    upgrade.end();
     if (!detailed) {
         section("Sums");
         console.line("  " + counted(transfers, "download") + ", " + sizeText(transferredBytes));

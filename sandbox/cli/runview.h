@@ -6,6 +6,8 @@
 
 #include "sandbox/cli/console.h"
 #include "sandbox/cli/rowtracker.h"
+#include "sandbox/cli/sections.h"
+#include "sandbox/cli/upgradeview.h"
 #include "sandbox/server/updateplatform.h"
 
 namespace sandbox {
@@ -15,11 +17,17 @@ namespace sandbox {
 class RunView {
 public:
     /// With more materials than `detailLimit` only sums are shown.
-    RunView(Console& console, const std::vector<const BuiltMaterial*>& offered);
+    /// `background` are programs that other channels start.
+    RunView(Console& console, const std::vector<const BuiltMaterial*>& offered,
+            const BuiltUpgrade& upgrade, std::vector<std::string> background);
 
     void platform(const PlatformEvent& event);
     void row(const Row& row);
     void host(const nlohmann::json& event);
+    void log(const std::string& text) { upgrade.log(text); }
+    /// A run of the Kelvar channel begins, or has ended.
+    void beginRun() { sections.beginRun(); }
+    void endRun();
     /// The run is over: sums that are still to be told.
     void end();
 
@@ -28,14 +36,17 @@ public:
 
 private:
     void section(const std::string& title);
+    void program(const nlohmann::json& event);
     void transfer(const PlatformEvent& event);
     void finishTransfer();
 
     Console& console;
+    Sections sections;
+    UpgradeView upgrade;
+    std::vector<std::string> background;
     std::map<std::string, const BuiltMaterial*> materials; ///< by file id
     std::vector<std::size_t> widths;                       ///< of name and path
     bool detailed = true;
-    std::string currentSection;
     std::string transferring; ///< file id
     std::uint64_t sent = 0;
     std::size_t transfers = 0;

@@ -6,20 +6,13 @@
 
 #include "sandbox/cli/bulk.h"
 #include "sandbox/cli/scenariopart.h"
+#include "sandbox/cli/upgradeplan.h"
 #include "sandbox/server/storage.h"
 
 namespace sandbox {
 namespace {
 
 using Json = nlohmann::json;
-
-FilePlan readFile(const ScenarioPart& part) {
-    FilePlan file;
-    file.kind = part.get("kind", file.kind);
-    file.version = part.get("version", file.version);
-    file.size = part.get("size", file.size);
-    return file;
-}
 
 ClientPlan readClient(const Json& json) {
     const ScenarioPart part("client", json,
@@ -30,7 +23,7 @@ ClientPlan readClient(const Json& json) {
     client.versions = part.get("versions", client.versions);
     for (const Json& file : part.list("files")) {
         const ScenarioPart one("a file of the client", file, {"path", "kind", "version", "size"});
-        client.files.push_back({one.need<std::string>("path"), readFile(one)});
+        client.files.push_back({one.need<std::string>("path"), readFilePlan(one)});
     }
     for (const Json& held : part.list("held")) {
         const ScenarioPart one("a held file", held, {"file", "by"});
@@ -57,7 +50,7 @@ void readCabinet(const Json& json, MaterialPlan& material) {
     for (const Json& member : part.list("with")) {
         const ScenarioPart one("a member of the cabinet of " + material.name, member,
                                {"name", "kind", "version", "size"});
-        material.members.push_back({one.need<std::string>("name"), readFile(one)});
+        material.members.push_back({one.need<std::string>("name"), readFilePlan(one)});
     }
 }
 
@@ -73,8 +66,8 @@ MaterialPlan readMaterial(const Json& json) {
     material.module = part.text("module", "/components");
     material.version = part.need<std::string>("version");
     material.path = part.need<std::string>("path");
-    material.file = readFile(ScenarioPart("file of " + material.name, part.need<Json>("file"),
-                                          {"kind", "version", "size"}));
+    material.file = readFilePlan(ScenarioPart("file of " + material.name, part.need<Json>("file"),
+                                              {"kind", "version", "size"}));
     if (part.has("cabinet")) {
         readCabinet(json.at("cabinet"), material);
     }
@@ -91,8 +84,8 @@ PlatformPlan readPlatform(const Json& json) {
         "platform", json,
         {"version", "productId", "channelId", "restartTray", "modules", "materials", "bulk"});
     PlatformPlan platform;
-    platform.productId = part.text("productId", "tulsar");
-    platform.channelId = part.text("channelId", "tulsar_upgrade_1.0");
+    platform.productId = part.get("productId", platform.productId);
+    platform.channelId = part.get("channelId", platform.channelId);
     platform.version = part.need<std::string>("version");
     platform.restartTray = part.text("restartTray");
     platform.modules = part.get("modules", platform.modules);
@@ -105,24 +98,34 @@ PlatformPlan readPlatform(const Json& json) {
     return platform;
 }
 
+void checkExpectation(const std::string& where, const Json& json) {
+    const ScenarioPart expect(where + "expect", json,
+                              {"materials",        "downloads",  "programs",      "notifications",
+                               "versions",         "versionsOf", "fileList",      "settings",
+                               "update",           "delayed",    "logs",          "hostExit",
+                               "events",           "record",     "background",    "packageChecks",
+                               "packageDownloads", "fileChecks", "fileDownloads", "contents",
+                               "fileVersions",     "reports",    "failures"});
+    checkMembers(where + "fileList", expect.object("fileList"), {"entries", "of", "versionFile"});
+    checkMembers(where + "delayed", expect.object("delayed"), {"replaces", "deletes"});
+}
+
 /// What stands in a phase is read when its turn comes; here only that it can be meant.
 Phase readPhase(const Json& json) {
-    const ScenarioPart part(
-        "a phase", json,
-        {"do", "title", "expect", "asks", "offers", "questions", "answers", "cut", "host"});
+    const ScenarioPart part("a phase", json,
+                            {"do", "title", "expect", "asks", "offers", "questions", "answers",
+                             "cut", "host", "ui", "upgrade", "set"});
     const std::string kind = part.need<std::string>("do");
     if (kind != "run" && kind != "restart") {
         throw std::runtime_error("\"do\" is neither \"run\" nor \"restart\": " + kind);
     }
-    Phase phase{kind == "restart", part.text("title", kind.c_str()), json, part.object("expect")};
+    Phase phase{kind == "restart", part.text("title", kind.c_str()), json, part.object("expect"),
+                readScript(part.list("ui"))};
     const std::string where = "phase \"" + phase.title + "\", ";
-    const ScenarioPart expect(where + "expect", phase.expect,
-                              {"materials", "downloads", "programs", "notifications", "versions",
-                               "versionsOf", "fileList", "settings", "update", "delayed", "logs",
-                               "hostExit"});
-    checkMembers(where + "fileList", expect.object("fileList"), {"entries", "of"});
-    checkMembers(where + "delayed", expect.object("delayed"), {"replaces", "deletes"});
-    checkMembers(where + "asks", part.object("asks"), {"channel", "version", "oid", "id", "test"});
+    checkExpectation(where, phase.expect);
+    checkMembers(where + "asks", part.object("asks"),
+                 {"channel", "version", "oid", "id", "test", "phone", "token", "clientVersion",
+                  "osVersion", "files"});
     return phase;
 }
 
@@ -139,15 +142,19 @@ void checkNames(const Scenario& scenario, const Json& names, const std::string& 
 
 Scenario readParsed(const Json& json) {
     const ScenarioPart part("the scenario", json,
-                            {"title", "seed", "client", "platform", "phases"});
+                            {"title", "seed", "client", "platform", "upgrade", "phases"});
     Scenario scenario;
     scenario.title = part.text("title");
     scenario.seed = part.get("seed", scenario.seed);
     scenario.client = readClient(part.need<Json>("client"));
-    scenario.platform = readPlatform(part.need<Json>("platform"));
+    if (part.has("platform")) {
+        scenario.platform = readPlatform(json.at("platform"));
+    }
+    scenario.upgrade = part.object("upgrade");
     for (const Json& step : part.need<std::vector<Json>>("phases")) {
         scenario.phases.push_back(readPhase(step));
         const Phase& phase = scenario.phases.back();
+        readUpgrade(upgradeIn(scenario.upgrade, phase.options));
         const Json fileList = phase.expect.value("fileList", Json::object());
         checkNames(scenario, phase.options.value("offers", Json()), "offers");
         checkNames(scenario, phase.expect.value("versionsOf", Json()), "versionsOf");
@@ -164,6 +171,14 @@ std::string reasonOf(const std::exception& error) {
 }
 
 } // namespace
+
+FilePlan readFilePlan(const ScenarioPart& part) {
+    FilePlan file;
+    file.kind = part.get("kind", file.kind);
+    file.version = part.get("version", file.version);
+    file.size = part.get("size", file.size);
+    return file;
+}
 
 Scenario readScenario(const std::filesystem::path& file) {
     std::ifstream stream(file);

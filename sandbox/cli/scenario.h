@@ -9,6 +9,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "sandbox/cli/script.h"
+
 /// A scenario file in memory; sandbox/scenarios/README.md describes the format.
 namespace sandbox {
 
@@ -70,8 +72,8 @@ struct MaterialPlan {
 };
 
 struct PlatformPlan {
-    std::string productId;
-    std::string channelId;
+    std::string productId = "tulsar";
+    std::string channelId = "tulsar_upgrade_1.0";
     std::string version;
     std::string restartTray;
     std::map<std::string, std::string> modules; ///< versions of modules
@@ -84,6 +86,7 @@ struct Phase {
     std::string title;
     nlohmann::json options; ///< of a run: what the platform answers and expects
     nlohmann::json expect;
+    std::vector<ScriptStep> script; ///< of a run: what happens while the host runs
 };
 
 struct Scenario {
@@ -91,8 +94,14 @@ struct Scenario {
     std::uint64_t seed = 0;
     ClientPlan client;
     PlatformPlan platform;
+    nlohmann::json upgrade = nlohmann::json::object(); ///< what the upgrade server has
     std::vector<Phase> phases;
 };
+
+class ScenarioPart;
+
+/// The members "kind", "version" and "size" of a file.
+FilePlan readFilePlan(const ScenarioPart& part);
 
 /// Throws std::runtime_error with the file's name and the reason.
 Scenario readScenario(const std::filesystem::path& file);

@@ -4,10 +4,14 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "platform/fileversion.h"
 #include "sandbox/cli/holders.h"
 #include "sandbox/cli/layout.h"
 #include "sandbox/cli/restart.h"
 #include "sandbox/cli/runstate.h"
+#include "sandbox/cli/set.h"
+#include "sandbox/cli/uicommands.h"
+#include "sandbox/common/clientpath.h"
 
 namespace sandbox {
 namespace {
@@ -21,9 +25,22 @@ std::string shortened(const std::string& text) {
     return text.size() <= differenceLength ? text : text.substr(0, differenceLength) + "...";
 }
 
+/// A run with a script ends with it, any other one with its run of the Kelvar channel.
 std::vector<std::string> hostArguments(const Phase& phase) {
-    return phase.options.value("host",
-                               std::vector<std::string>{"--runs", "1", "--limit", "120000"});
+    using Arguments = std::vector<std::string>;
+    const Arguments usual = phase.script.empty() ? Arguments{"--runs", "1", "--limit", "120000"}
+                                                 : Arguments{"--limit", "300000"};
+    return phase.options.value("host", usual);
+}
+
+std::string versionOfClient(const Folders& folders) {
+    const auto version =
+        platform::readFileVersion(toClientPath(folders.client()) + "\\OrvSecurityver.dll");
+    std::string text;
+    for (std::size_t i = 0; version && i < version->size(); ++i) {
+        text += (i == 0 ? "" : ".") + std::to_string(version->at(i));
+    }
+    return text;
 }
 
 std::string secondsText(double seconds) {
@@ -105,6 +122,9 @@ void Session::describe() {
     for (const BuiltMaterial& material : materials) {
         bytes += material.storedSize;
     }
+    if (scenario.platform.version.empty()) {
+        return;
+    }
     tell("platform", "packet " + scenario.platform.version + ", " +
                          counted(materials.size(), "material") + ", " + sizeText(bytes));
 }
@@ -130,20 +150,46 @@ Session::Offered Session::offeredIn(const Phase& phase) const {
     return offered;
 }
 
+/// What the servers have and expect in the run.
+void Session::serve(const Phase& phase) {
+    upgrade = buildUpgrade(readUpgrade(upgradeIn(scenario.upgrade, phase.options)), scenario,
+                           system, binaries, platform->address());
+    ExpectedRun run = expectedRunOf(materials, phase.options);
+    if (scenario.platform.version.empty()) {
+        run.questions = 0;
+    }
+    platform->beginRun(offerOf(scenario, materials, phase.options), run, upgrade.offer,
+                       expectedUpgradeOf(scenario, upgrade, phase.options));
+}
+
+ScriptHands Session::hands() {
+    return {[this](int code) { sendCommand(folders, code); },
+            [this](const Json& change) { applySet(folders, change); },
+            [this] { platform->release(); }, [this] { return platform->isHeld(); },
+            [this] {
+                return versionOfClient(folders);
+            }};
+}
+
 PhaseFacts Session::runClient(const Phase& phase) {
     const Offered offered = offeredIn(phase);
-    RunView view(console, offered);
+    serve(phase);
+    if (phase.options.contains("set")) {
+        applySet(folders, phase.options.at("set"));
+    }
+    RunView view(console, offered, upgrade, scenario.client.background);
     RowTracker tracker(offered, [&view](const Row& row) { view.row(row); });
-    platform->beginRun(offerOf(scenario, materials, phase.options),
-                       expectedRunOf(materials, phase.options));
+    Script script(phase.script, hands());
     const auto output = folders.state() / ("host" + std::to_string(phasesDone + 1) + ".out");
-    HostResult result = runHost(system, hostArguments(phase), output, feed, tracker, view);
+    HostResult result = runHost(system, hostArguments(phase), output, feed, tracker, view,
+                                phase.script.empty() ? nullptr : &script);
     PhaseFacts facts;
     facts.hostExit = result.exit;
     facts.events = std::move(result.events);
     facts.rows = tracker.all();
     facts.report = platform->endRun();
     facts.traces = result.traces;
+    facts.missed = result.missed;
     console.heading("  Result");
     showSummary(facts);
     console.line("host ran " + secondsText(result.seconds) + ", peak memory " +
@@ -162,7 +208,9 @@ PhaseFacts Session::restart() {
 
 void Session::showSummary(const PhaseFacts& facts) {
     if (facts.rows.empty()) {
-        console.line("no materials were offered");
+        if (!scenario.platform.version.empty()) {
+            console.line("no materials were offered");
+        }
         return;
     }
     std::map<std::string, std::size_t> counts;
@@ -179,7 +227,7 @@ void Session::showSummary(const PhaseFacts& facts) {
 
 bool Session::conclude(const Phase& phase, const PhaseFacts& facts) {
     const std::vector<std::string> differences =
-        expectation->compare(phase.expect, facts, readClient(system));
+        expectation->compare(phase.expect, facts, upgrade, readClient(system));
     RunState state = readRunState(folders);
     state.phase = ++phasesDone;
     saveRunState(folders, state);

@@ -29,6 +29,10 @@ public:
     /// scenario expects. Throws std::exception when the sandbox itself fails.
     bool run(std::size_t phases);
 
+    /// Lays out and keeps the client's host running, on what the first run's platform has,
+    /// until the user ends it; whether it ended in order.
+    bool host();
+
     void keepHolders() { keep = true; }
 
 private:
@@ -39,6 +43,8 @@ private:
     void hold();
     void describe();
     Offered offeredIn(const Phase& phase) const;
+    void serve(const Phase& phase);
+    ScriptHands hands();
     PhaseFacts runClient(const Phase& phase);
     PhaseFacts restart();
     bool conclude(const Phase& phase, const PhaseFacts& facts);
@@ -54,6 +60,7 @@ private:
     ServerFeed feed;
     std::unique_ptr<UpdatePlatform> platform; ///< puts into the feed, so it goes first
     std::vector<BuiltMaterial> materials;
+    BuiltUpgrade upgrade; ///< of the current phase
     std::unique_ptr<Expectation> expectation;
     std::size_t phasesDone = 0;
 };

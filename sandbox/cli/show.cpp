@@ -109,6 +109,11 @@ void showTraces(const Folders& folders, Console& console) {
     console.table({"program", "arguments"}, rows);
 }
 
+std::string packageWords(const PackageNote& note) {
+    return (note.isEvent() ? "event " : "command ") + std::to_string(note.code) + " " +
+           shortened(note.text);
+}
+
 void showEvents(const Folders& folders, Console& console) {
     Rows programs;
     Rows notifications;
@@ -117,15 +122,16 @@ void showEvents(const Folders& folders, Console& console) {
             programs.push_back({programText(event),
                                 event.value("started", false) ? "started" : "no such program"});
         } else if (isKind(event, "notification")) {
+            const auto note = packageNote(event);
             notifications.push_back({std::to_string(event.value("type", 0)),
                                      std::to_string(event.value("size", 0)),
-                                     notifiedVersion(event)});
+                                     note ? packageWords(*note) : notifiedVersion(event)});
         }
     }
     console.heading("Programs asked for");
     console.table({"program", "outcome"}, programs);
     console.heading("Notifications");
-    console.table({"type", "bytes", "version"}, notifications);
+    console.table({"type", "bytes", "content"}, notifications);
 }
 
 void showHolders(const ClientSystem& system, Console& console) {

@@ -8,6 +8,7 @@
 #include "sandbox/cli/winecopy.h"
 #include "sandbox/common/clientpath.h"
 #include "sandbox/common/jsonfile.h"
+#include "sandbox/materials/imageversion.h"
 #include "sandbox/platform/wineprocess.h"
 
 namespace sandbox {
@@ -42,7 +43,7 @@ public:
 
     void layOutModule(const fs::path& built, const fs::path& target,
                       const std::string& version) const override {
-        writeBytes(target, withVersion(readBytes(built), version));
+        writeBytes(target, materials::withVersion(readBytes(built), version));
     }
 
     /// Drive D: is the run's folder.
@@ -93,6 +94,7 @@ private:
                             "WINEPREFIX=" + prefix.string(),
                             "TMPDIR=" + prefix.string(),
                             "WINEARCH=win64",
+                            "LC_ALL=C.UTF-8",
                             "WINEDEBUG=-all",
                             overriding};
         arguments.insert(arguments.end(), command.begin(), command.end());

@@ -25,6 +25,8 @@ struct Config {
         std::string identity = "1001-2002-x";
         std::string tokenText;
         std::string phone;
+
+        bool operator==(const Login& other) const = default;
     };
 
     std::optional<std::string> serverAddress;

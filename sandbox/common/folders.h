@@ -20,6 +20,10 @@ public:
     std::filesystem::path versions() const { return state() / "versions.json"; }
     std::filesystem::path log() const { return state() / "plugin.log"; }
     std::filesystem::path events() const { return state() / "events.jsonl"; }
+    /// What the user interface sends to the host's notification centre.
+    std::filesystem::path commands() const { return state() / "commands.jsonl"; }
+    /// Locked by the host while it runs.
+    std::filesystem::path hostLock() const { return state() / "host.lock"; }
     /// The host stops when this file appears.
     std::filesystem::path stop() const { return state() / "stop"; }
 

@@ -1,5 +1,7 @@
 #include "sandbox/common/jsonfile.h"
 
+#include "sandbox/platform/filelock.h"
+
 namespace sandbox {
 
 std::optional<nlohmann::json> readJson(const std::filesystem::path& file) {
@@ -18,6 +20,26 @@ bool writeJson(const std::filesystem::path& file, const nlohmann::json& value,
     } catch (const nlohmann::json::type_error&) {
         return false;
     }
+}
+
+std::filesystem::path lockOf(const std::filesystem::path& file) {
+    std::filesystem::path lock = file;
+    lock += ".lock";
+    return lock;
+}
+
+bool updateJson(const std::filesystem::path& file,
+                const std::function<void(nlohmann::json&)>& change) {
+    const FileLock lock(lockOf(file));
+    if (!lock.isHeld()) {
+        return false;
+    }
+    nlohmann::json value = readJson(file).value_or(nlohmann::json::object());
+    if (!value.is_object()) {
+        value = nlohmann::json::object();
+    }
+    change(value);
+    return writeJson(file, value);
 }
 
 } // namespace sandbox

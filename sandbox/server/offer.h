@@ -43,7 +43,8 @@ struct Offer {
 /// The answer to one question instead of the right one.
 struct AnswerFault {
     int status = 200;
-    std::optional<std::string> body; ///< nothing keeps the right body
+    std::optional<std::string> body;   ///< nothing keeps the right body
+    std::optional<std::size_t> stopAt; ///< bytes of the body after which the connection ends
 };
 
 /// What one run of the client is to ask, and what goes wrong on the platform's side.

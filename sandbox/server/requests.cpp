@@ -100,6 +100,10 @@ std::string bodyDifference(std::string_view expected, std::string_view body) {
            std::to_string(body.size()) + " bytes)";
 }
 
+bool isHeader(const std::string& name, std::string_view lowerName) {
+    return lowered(name) == lowerName;
+}
+
 std::string surplusHeaders(const Headers& headers) {
     std::string surplus;
     for (const auto& [name, value] : headers) {
@@ -114,7 +118,7 @@ std::string headerDifference(const Headers& headers) {
     Headers others;
     std::copy_if(
         headers.begin(), headers.end(), std::back_inserter(others), [](const auto& header) {
-            return lowered(header.first) != "content-type" || header.second != "application/json";
+            return !isHeader(header.first, "content-type") || header.second != "application/json";
         });
     const std::size_t contentTypes = headers.size() - others.size();
     const std::string surplus = surplusHeaders(others);

@@ -34,6 +34,9 @@ std::string expectedBody(std::size_t question, const Offer& offer, const Expecte
 /// Where `body` leaves `expected`; empty when they are the same.
 std::string bodyDifference(std::string_view expected, std::string_view body);
 
+/// Whether a header has that name, which is told in lower case.
+bool isHeader(const std::string& name, std::string_view lowerName);
+
 /// The headers beside those that HTTP itself needs; empty when there are none.
 std::string surplusHeaders(const Headers& headers);
 

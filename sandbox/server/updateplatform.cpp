@@ -1,48 +1,20 @@
 #include "sandbox/server/updateplatform.h"
 
-#include <algorithm>
-#include <atomic>
 #include <httplib.h>
 #include <mutex>
-#include <optional>
 #include <stdexcept>
 #include <thread>
 
-#include "sandbox/server/answers.h"
-#include "sandbox/server/requests.h"
-#include "sandbox/server/storage.h"
+#include "sandbox/server/kelvarserver.h"
+#include "sandbox/server/sending.h"
+#include "sandbox/server/upgrademessages.h"
+#include "sandbox/server/upgradeserver.h"
 
 namespace sandbox {
 namespace {
 
 constexpr const char* jsonType = "application/json";
-constexpr std::size_t blockSize = 65536;
-
-std::optional<std::size_t> questionOf(const std::string& path) {
-    const auto found =
-        std::find_if(conversation.begin(), conversation.end(),
-                     [&](const Question& question) { return path == question.path; });
-    if (found == conversation.end()) {
-        return std::nullopt;
-    }
-    return static_cast<std::size_t>(found - conversation.begin());
-}
-
-std::string wordsOf(std::size_t question, const Offer& offer, const ExpectedRun& run) {
-    switch (question) {
-    case 0:
-        return run.version + " -> " + offer.version;
-    case 1:
-        return std::to_string(offer.materials.size()) + " materials, " +
-               std::to_string(offer.modules.size()) + " modules";
-    case 2:
-        return "packet " + offer.version;
-    case 3:
-        return run.testSwitch ? "test storage" : "normal storage";
-    default:
-        return std::to_string(offer.materials.size()) + " rows";
-    }
-}
+constexpr int httpOk = 200;
 
 Headers headersOf(const httplib::Request& request) {
     return {request.headers.begin(), request.headers.end()};
@@ -57,11 +29,18 @@ struct UpdatePlatform::State {
     std::thread thread;
     int port = 0;
 
+    Gate gate;
+
     std::mutex guard; ///< of all that follows, and held while the observer runs
+    bool judging = true;
     bool running = false;
-    Offer offer;
-    ExpectedRun run;
-    RunReport report;
+    std::vector<std::string> complaints;
+    KelvarServer kelvar{[this](const std::string& text) {
+        complain(text);
+    }};
+    UpgradeServer upgrade{[this](const std::string& text) {
+        complain(text);
+    }};
 
     void tell(const PlatformEvent& event) {
         if (observer) {
@@ -70,124 +49,104 @@ struct UpdatePlatform::State {
     }
 
     void complain(const std::string& text) {
-        report.complaints.push_back(text);
+        if (!judging) {
+            return;
+        }
+        complaints.push_back(text);
         tell({PlatformEvent::Kind::complaint, text, "", 0, 0});
     }
 
     std::string ownAddress() const { return "http://127.0.0.1:" + std::to_string(port); }
 
-    void checkOrder(std::size_t question, const std::string& name) {
+    void checkRunning(const httplib::Request& request) {
         if (!running) {
-            complain(name + ": asked while no run was under way");
-        } else if (report.questions >= run.questions) {
-            complain(name + ": asked after the last question that was expected");
-        } else if (question != report.questions) {
-            complain(name + ": out of order, expected " +
-                     std::string(conversation[report.questions].name));
+            complain(request.method + " " + request.target + ": asked while no run was under way");
         }
     }
 
-    void checkRequest(std::size_t question, const std::string& name,
-                      const httplib::Request& request) {
-        checkOrder(question, name);
-        const std::string headers = headerDifference(headersOf(request));
-        if (!headers.empty()) {
-            complain(name + ": " + headers);
-        }
-        const std::string body = bodyDifference(expectedBody(question, offer, run), request.body);
-        if (!body.empty()) {
-            complain(name + ": " + body);
-        }
-    }
-
-    void answer(std::size_t question, const httplib::Request& request,
-                httplib::Response& response) {
-        const std::string name(conversation[question].name);
+    void refuse(const httplib::Request& request, httplib::Response& response) {
         const std::lock_guard lock(guard);
-        checkRequest(question, name, request);
-        report.questions = std::max(report.questions, question + 1);
-        std::string body = answerTo(question, offer, run, ownAddress());
-        const auto fault = run.answerFaults.find(name);
-        if (fault != run.answerFaults.end()) {
-            response.status = fault->second.status;
-            body = fault->second.body.value_or(body);
-        }
-        tell({PlatformEvent::Kind::question, name, wordsOf(question, offer, run), 0, 0});
-        response.set_content(body, jsonType);
-    }
-
-    void post(const httplib::Request& request, httplib::Response& response) {
-        if (const auto question = questionOf(request.target)) {
-            answer(*question, request, response);
-        } else {
-            refuse(request.method + " " + request.target + ": nothing is there", response);
-        }
-    }
-
-    void refuse(const std::string& complaint, httplib::Response& response) {
-        const std::lock_guard lock(guard);
-        complain(complaint);
+        complain(request.method + " " + request.target + ": nothing is there");
         response.status = 404;
         response.set_content("not found", "text/plain");
     }
 
-    /// The file id of a storage address; empty when the path is none of this run's.
-    std::string fileIdOf(const std::string& path) {
+    void post(const httplib::Request& request, httplib::Response& response) {
+        const auto question = KelvarServer::questionOf(request.target);
+        const bool isUpgrade =
+            request.target == packageCheckPath || request.target == fileCheckPath;
+        if (!question && !isUpgrade) {
+            refuse(request, response);
+            return;
+        }
         const std::lock_guard lock(guard);
-        const std::string folder = run.testSwitch ? "/storage-test/" : "/storage/";
-        const std::string id = path.rfind(folder, 0) == 0 ? path.substr(folder.size()) : "";
-        return isPlainName(id) ? id : "";
+        checkRunning(request);
+        const Answered answered =
+            question ? answerQuestion(*question, request) : answerUpgrade(request);
+        response.status = answered.status;
+        if (answered.stopAt) {
+            sendCut(answered.body, *answered.stopAt, jsonType, response);
+        } else {
+            response.set_content(answered.body, jsonType);
+        }
     }
 
-    /// Told ahead of the bytes: a client that has them all may ask on at once.
-    void tellTransfer(const std::string& id, std::uint64_t bytes, std::uint64_t total) {
-        const std::lock_guard lock(guard);
-        tell({PlatformEvent::Kind::transfer, id, "", bytes, total});
+    Answered answerQuestion(std::size_t question, const httplib::Request& request) {
+        Answered answered = kelvar.answer(question, headersOf(request), request.body, ownAddress());
+        tell({PlatformEvent::Kind::question, std::string(conversation[question].name),
+              kelvar.wordsOf(question), 0, 0});
+        return answered;
     }
 
-    void sendFile(const std::string& id, const std::shared_ptr<StoredFile>& file,
-                  std::uint64_t limit, httplib::Response& response) {
-        const auto provide = [this, id, file, limit](std::size_t offset, std::size_t length,
-                                                     httplib::DataSink& sink) {
-            const std::uint64_t left = limit > offset ? limit - offset : 0;
-            const std::string piece = file->read(
-                offset, std::min<std::size_t>({length, blockSize, static_cast<std::size_t>(left)}));
-            if (piece.empty()) {
-                return false;
-            }
-            tellTransfer(id, offset + piece.size(), file->size());
-            return sink.write(piece.data(), piece.size());
-        };
-        response.set_content_provider(static_cast<std::size_t>(file->size()),
-                                      "application/octet-stream", provide);
+    Answered answerUpgrade(const httplib::Request& request) {
+        const bool isPackage = request.target == packageCheckPath;
+        const Headers headers = headersOf(request);
+        std::string words;
+        Answered answered = isPackage
+                                ? upgrade.checkPackage(headers, request.body, ownAddress(), words)
+                                : upgrade.checkFiles(headers, request.body, ownAddress(), words);
+        tell({isPackage ? PlatformEvent::Kind::packageCheck : PlatformEvent::Kind::fileCheck, "",
+              words, 0, 0});
+        return answered;
     }
 
     void get(const httplib::Request& request, httplib::Response& response) {
-        const std::string id = fileIdOf(request.target);
+        const std::string ofUpgrade = UpgradeServer::fileIdOf(request.target);
+        const std::string id = ofUpgrade.empty() ? materialIdOf(request) : ofUpgrade;
         const auto file =
             id.empty() ? nullptr : std::make_shared<StoredFile>(storageFolder + "/" + id);
         if (!file || !file->isOpen()) {
-            refuse("GET " + request.target + ": nothing is there", response);
+            refuse(request, response);
             return;
         }
-        std::uint64_t limit = file->size();
+        TransferFault fault;
         {
             const std::lock_guard lock(guard);
-            if (!running) {
-                complain("GET " + request.target + ": fetched while no run was under way");
-            }
-            const std::string headers = surplusHeaders(headersOf(request));
-            if (!headers.empty()) {
-                complain("GET " + request.target + ": surplus headers " + headers);
-            }
-            report.downloads.push_back(id);
-            const auto cut = run.cutFiles.find(id);
-            limit = cut == run.cutFiles.end() ? limit : cut->second;
+            checkRunning(request);
+            const Headers headers = headersOf(request);
+            fault = ofUpgrade.empty() ? kelvar.fetch(id, headers) : upgrade.fetch(id, headers);
             tell({PlatformEvent::Kind::transfer, id, "", 0, file->size()});
         }
-        if (file->size() > 0) {
-            sendFile(id, file, limit, response);
+        if (fault.status != httpOk) {
+            response.status = fault.status;
+            response.set_content("not now", "text/plain");
+        } else if (file->size() > 0) {
+            send(id, file, fault, response);
         }
+    }
+
+    std::string materialIdOf(const httplib::Request& request) {
+        const std::lock_guard lock(guard);
+        return kelvar.fileIdOf(request.target);
+    }
+
+    void send(const std::string& id, const std::shared_ptr<StoredFile>& file,
+              const TransferFault& fault, httplib::Response& response) {
+        const auto told = [this, id, total = file->size()](std::uint64_t sent) {
+            const std::lock_guard lock(guard);
+            tell({PlatformEvent::Kind::transfer, id, "", sent, total});
+        };
+        sendFile(file, {told, fault.stopAt.value_or(file->size()), fault.holdAt, &gate}, response);
     }
 };
 
@@ -203,7 +162,7 @@ UpdatePlatform::UpdatePlatform(std::string storageFolder, Observer observer)
         state->post(request, response);
     });
     const auto unknown = [this](const httplib::Request& request, httplib::Response& response) {
-        state->refuse(request.method + " " + request.target + ": nothing is there", response);
+        state->refuse(request, response);
     };
     server.Put(".*", unknown).Patch(".*", unknown).Delete(".*", unknown).Options(".*", unknown);
     server.Get(".*", [this](const httplib::Request& request, httplib::Response& response) {
@@ -212,6 +171,7 @@ UpdatePlatform::UpdatePlatform(std::string storageFolder, Observer observer)
 }
 
 UpdatePlatform::~UpdatePlatform() {
+    state->gate.open();
     state->server.stop();
     if (state->thread.joinable()) {
         state->thread.join();
@@ -233,21 +193,36 @@ std::string UpdatePlatform::address() const {
     return state->ownAddress();
 }
 
-void UpdatePlatform::beginRun(const Offer& offer, const ExpectedRun& run) {
+void UpdatePlatform::beginRun(const Offer& offer, const ExpectedRun& run,
+                              const UpgradeOffer& upgrade, const ExpectedUpgrade& expected) {
     const std::lock_guard lock(state->guard);
-    state->offer = offer;
-    state->run = run;
-    state->report = {};
+    state->gate.shut();
+    state->kelvar.beginRun(offer, run);
+    state->upgrade.beginRun(upgrade, expected);
+    state->complaints.clear();
     state->running = true;
 }
 
-RunReport UpdatePlatform::endRun() {
+void UpdatePlatform::stopJudging() {
     const std::lock_guard lock(state->guard);
-    for (std::size_t i = state->report.questions; i < state->run.questions; ++i) {
-        state->complain(std::string(conversation[i].name) + ": never asked");
-    }
+    state->judging = false;
+}
+
+bool UpdatePlatform::isHeld() const {
+    return state->gate.isHeld();
+}
+
+void UpdatePlatform::release() {
+    state->gate.open();
+}
+
+RunReport UpdatePlatform::endRun() {
+    state->gate.open();
+    const std::lock_guard lock(state->guard);
+    state->kelvar.endRun();
     state->running = false;
-    return state->report;
+    return {state->kelvar.questions(), state->kelvar.downloads(), state->upgrade.report(),
+            state->complaints};
 }
 
 } // namespace sandbox

@@ -6,15 +6,18 @@
 #include <vector>
 
 #include "sandbox/server/offer.h"
+#include "sandbox/server/upgradeoffer.h"
 
 namespace sandbox {
 
 /// Something that a watcher of the platform sees.
 struct PlatformEvent {
     enum class Kind {
-        question,  ///< `text` is the question's name, `detail` what it asked in words
-        transfer,  ///< `bytes` of `total` of `text` (a file id) are sent
-        complaint, ///< `text` says what was wrong with a request
+        question,     ///< `text` is the question's name, `detail` what it asked in words
+        packageCheck, ///< `detail` is what the upgrade server was asked, and has, in words
+        fileCheck,    ///< likewise
+        transfer,     ///< `bytes` of `total` of `text` (a file id) are sent
+        complaint,    ///< `text` says what was wrong with a request
     };
     Kind kind = Kind::question;
     std::string text;
@@ -25,14 +28,16 @@ struct PlatformEvent {
 
 /// What came of one run.
 struct RunReport {
-    std::size_t questions = 0;           ///< of the conversation, answered or not
-    std::vector<std::string> downloads;  ///< file ids in the order of their requests
+    std::size_t questions = 0;          ///< of the conversation, answered or not
+    std::vector<std::string> downloads; ///< of materials: file ids in the order of requests
+    UpgradeReport upgrade;
     std::vector<std::string> complaints; ///< everything that was not as expected
 };
 
-/// The update platform and the material storage on loopback, on a port that the system
-/// chooses. Every question is compared with what the client has to send, to the byte; one
-/// that is unexpected, repeated or out of order is a complaint.
+/// The update platform, the material storage and the upgrade server on loopback, on a port
+/// that the system chooses. Every question is compared with what the client has to send, to the
+/// byte; one that is unexpected, repeated or out of order is a complaint. The upgrade server may be
+/// asked at any moment of a run, and any number of times.
 /// Threads: the operations belong to one thread; requests are served on threads of the
 /// object's own, and the observer is called there, one call at a time.
 class UpdatePlatform {
@@ -52,9 +57,20 @@ public:
     std::string address() const;
 
     /// Announces a run: from now on the conversation is expected once, from its start.
-    void beginRun(const Offer& offer, const ExpectedRun& run);
+    void beginRun(const Offer& offer, const ExpectedRun& run, const UpgradeOffer& upgrade = {},
+                  const ExpectedUpgrade& expected = {});
 
-    /// Ends the run and tells what came of it, questions that never came included.
+    /// From now on nothing is a complaint: a client that is kept running asks again and again,
+    /// with what it has become.
+    void stopJudging();
+
+    /// Whether a transfer has come to the place where it is to wait.
+    bool isHeld() const;
+    /// Lets it go on, and every later one of the run.
+    void release();
+
+    /// Ends the run, with transfers that still wait, and tells what came of it, questions that
+    /// never came included.
     RunReport endRun();
 
 private:

@@ -1,6 +1,7 @@
 #include "sandbox/trayhost/host.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <iostream>
 #include <thread>
@@ -17,6 +18,8 @@ constexpr std::uint32_t poll = 10;
 /// One idle look can fall between a log line and the call that it announces.
 constexpr int settledLooks = 3;
 
+constexpr std::uint32_t modulePoll = 20;
+
 void sleepMilliseconds(std::uint32_t milliseconds) {
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
@@ -24,6 +27,32 @@ void sleepMilliseconds(std::uint32_t milliseconds) {
 void report(const char* what, std::uint32_t n) {
     sandbox::emit({{"kind", "host"}, {"what", what}, {"n", n}});
 }
+
+/// While it lives, the client's modules take in what other processes of the run do, on a
+/// thread of its own: a tick may last for several tenths of a second.
+class ModulePolls {
+public:
+    ModulePolls() : polls(exportsOfClientModules("sandboxPoll")), thread([this] { loop(); }) {}
+    ~ModulePolls() {
+        finished = true;
+        thread.join();
+    }
+    ModulePolls(const ModulePolls&) = delete;
+    ModulePolls& operator=(const ModulePolls&) = delete;
+
+private:
+    void loop() {
+        for (; !finished; sleepMilliseconds(modulePoll)) {
+            for (void* module : polls) {
+                reinterpret_cast<sandbox::Poll>(module)();
+            }
+        }
+    }
+
+    const std::vector<void*> polls;
+    std::atomic<bool> finished{false};
+    std::thread thread;
+};
 
 } // namespace
 
@@ -55,6 +84,7 @@ bool Host::isPastLimit() const {
 }
 
 ExitStatus Host::drive(const std::function<void()>& tick) {
+    const ModulePolls modulePolls;
     report("start", 0);
     ExitStatus status = exitDone;
     for (std::int64_t due = 0; !isFinished(); sleepMilliseconds(poll)) {

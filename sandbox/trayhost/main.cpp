@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 
 #include "sandbox/common/events.h"
+#include "sandbox/common/folders.h"
+#include "sandbox/platform/filelock.h"
 #include "sandbox/platform/messagebox.h"
 #include "sandbox/platform/stopsignal.h"
 #include "sandbox/trayhost/commands.h"
@@ -13,7 +15,8 @@ namespace {
 constexpr const char* description =
     "Hosts the update plug-in: loads the client's modules and the plug-in from the folder of\n"
     "this program and drives it until --ticks, --runs, a signal or the file\n"
-    "../sandbox/stop ends it.";
+    "../sandbox/stop ends it. Chains that never end, as their channels want it, do not\n"
+    "keep it from ending.";
 
 constexpr const char* statuses =
     "Exit status: 0 done; 1 an exception reached the host; 2 the plug-in, one of its exports\n"
@@ -55,6 +58,8 @@ ExitStatus carryOut(const Request& request) {
     if (!request.newVersion.empty()) {
         return storeVersion(request.newVersion);
     }
+    const sandbox::FileLock running(sandbox::processFolders().hostLock(),
+                                    sandbox::FileLock::Wait::no);
     static Host& host = *new Host(request.host); // log lines may come to the very end
     const ExitStatus status = request.service ? driveService(host) : drivePlugin(host);
     if (!host.settle(status == exitDone ? settleTime : settleTimeAfterFailure)) {

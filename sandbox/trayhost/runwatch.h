@@ -17,7 +17,8 @@ public:
     int begunRuns();
     int endedRuns();
 
-    /// Whether every chain that a queue has started has ended.
+    /// Whether every chain that a queue has started has ended or will never go on. Holds
+    /// when no module of the client calls the plug-in at the moment.
     bool idle();
 
 private:
@@ -26,4 +27,6 @@ private:
     int begun XR_GUARDED_BY(mutex) = 0;
     int ended XR_GUARDED_BY(mutex) = 0;
     int openChains XR_GUARDED_BY(mutex) = 0;
+    int parkedChains XR_GUARDED_BY(mutex) = 0; ///< that never end, as their channels want it
+    std::set<std::thread::id> inAnswer XR_GUARDED_BY(mutex); ///< reading one of the upgrade server
 };

@@ -11,6 +11,9 @@ namespace {
 constexpr const char* upgradePath = "/PacketV2/GetUpgradePacket";
 constexpr const char* diffPath = "/PacketV2/GetFullPacketDiff";
 constexpr const char* metasPath = "/MaterialV2/BatchGetMaterialMeta";
+constexpr const char* packagePath = "/upgrade/v2/upgrade/check";
+constexpr const char* filePath = "/upgrade/v1/file/check";
+constexpr const char* token = "BrevToken: t-1";
 constexpr const char* upgradeBody =
     R"({"channel_code":"tulsar_upgrade_1.0","channel_unique_code":"","customer":{"asset_id":{"id":-1,"oid":-1},"client":""},"need_min_ver":false,"params":null,"species_unique_code":"","version":"1.0.0.1001"})"
     "\n";
@@ -40,7 +43,19 @@ protected:
         run.channel = "tulsar_upgrade_1.0";
         run.version = "1.0.0.1001";
         run.questions = GetParam().asked.size();
-        platform.beginRun({"tulsar", "c", "2.0.0.1", "", {}, {}}, run);
+        if (GetParam().asked.front().path.rfind("/upgrade/", 0) == 0) {
+            run.questions = 0;
+        }
+        sandbox::UpgradeOffer upgrade;
+        upgrade.package.emplace().version = "1.4.0.1";
+        sandbox::ExpectedUpgrade expected;
+        expected.channel = "c";
+        expected.language = "zh_CN";
+        expected.token = expected.packageToken = "t-1";
+        expected.osVersion = "10.0.19045.0";
+        expected.versions = {"1.2.0.1500", "1.4.0.1"};
+        expected.files = {{1000, "0.0.0.0"}};
+        platform.beginRun({"tulsar", "c", "2.0.0.1", "", {}, {}}, run, upgrade, expected);
     }
 
     void ask(const Asked& asked) {
@@ -72,6 +87,13 @@ const Asked rightDiff{
     R"({"channel_id":"tulsar_upgrade_1.0","start_ver":"1.0.0.1001","target_ver":"2.0.0.1"})"
     "\n",
     nullptr};
+
+const std::string packageBody =
+    R"({"bundleId":"com.orvane.tulsar","channelId":"c","lang":"zh_CN","phone":"","platform":"tulsar.pc","version":"1.2.0.1500"})";
+const std::string updatedBody =
+    std::string(packageBody).replace(packageBody.find("1.2"), 10, "1.4.0.1");
+const std::string fileBody =
+    R"({"bundleId":"com.orvane.tulsar","info":[{"fileType":1000,"fileVersion":"0.0.0.0"}],"osName":"windows","osVersion":"10.0.19045.0","phone":""})";
 
 TEST_P(Platform, ComplainsAboutWhatDiffers) {
     for (const Asked& asked : GetParam().asked) {
@@ -106,6 +128,23 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"NoFile",
                          {{"/storage/none", "", nullptr, "GET"}},
                          "GET /storage/none: nothing is there"},
+                    Case{"Upgrade",
+                         {{packagePath, packageBody, token},
+                          {packagePath, updatedBody, token},
+                          {filePath, fileBody, token}},
+                         ""},
+                    Case{"UpgradeToken",
+                         {{packagePath, packageBody}},
+                         "package check: headers: expected exactly one \"BrevToken: t-1\", got 0"},
+                    Case{"UpgradeOtherToken",
+                         {{filePath, fileBody, "BrevToken: t-2"}},
+                         "beside it BrevToken: t-2"},
+                    Case{"UpgradeBody",
+                         {{filePath, packageBody, token}},
+                         "file check: body differs at byte 33"},
+                    Case{"UpgradeWentBack",
+                         {{packagePath, updatedBody, token}, {packagePath, packageBody, token}},
+                         "package check: body differs"},
                     Case{"OtherPath",
                          {{"/PacketV2/Other", "", nullptr}},
                          "POST /PacketV2/Other: nothing is there"}),

@@ -50,14 +50,18 @@ protected:
         }
     }
 
-    /// Its exit status; what it says is in `said`.
-    int xsandbox(std::vector<std::string> arguments) {
-        const fs::path output = folder / "output.txt";
-        if (windowsBuild != nullptr && arguments.front() == "run") {
+    auto start(std::vector<std::string> arguments, const fs::path& output) const {
+        if (windowsBuild != nullptr && (arguments[0] == "run" || arguments[0] == "host")) {
             arguments.insert(arguments.begin() + 1, {"--windows", "--binaries", windowsBuild});
         }
         arguments.insert(arguments.end(), {"--folder", (folder / "run").string()});
-        auto child = sandbox::ChildProcess::start(XSANDBOX, arguments, folder, output);
+        return sandbox::ChildProcess::start(XSANDBOX, arguments, folder, output);
+    }
+
+    /// Its exit status; what it says is in `said`.
+    int xsandbox(const std::vector<std::string>& arguments) {
+        const fs::path output = folder / "output.txt";
+        auto child = start(arguments, output);
         const int exit = child ? child->wait() : -1;
         std::ostringstream text;
         text << std::ifstream(output).rdbuf();
@@ -143,6 +147,31 @@ TEST_F(Sandbox, LeavesAFolderAloneThatIsNoRun) {
     EXPECT_TRUE(fs::exists(folder / "run" / "mine.txt"));
 }
 
+TEST_F(Sandbox, KeepsAHostForOtherTerminals) {
+    const std::string scenario = (fs::path(SCENARIOS) / "package-user.json").string();
+    auto host = start({"host", scenario}, folder / "host.txt");
+    ASSERT_TRUE(host);
+    const struct {
+        std::vector<std::string> arguments;
+        int exit;
+        const char* says;
+    } rows[] = {
+        {{"ui", "--do", "check,ignore,download,install"}, asExpected, "the setup was started"},
+        {{"set", "muteMode=1", "settingsWindow=open", "UPDATE_TYPE=1"}, asExpected, ""},
+        {{"set", "muteMod=1"}, sandboxFailed, "known are:\n  login: on or off"},
+        {{"ui", "--do", "check"}, asExpected, "you         check"}, // confirmed without an event
+        {{"ui", "--do", "cancel", "--limit", "1"}, different, "cancel: no event 103 has come"},
+        {{"stop"}, asExpected, ""},
+        {{"stop"}, sandboxFailed, "no host runs in"},
+        {{"ui", "--do", "check", "--limit", "0"}, sandboxFailed, "no host runs in"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(xsandbox(row.arguments), row.exit) << said;
+        EXPECT_TRUE(says(row.says)) << said;
+    }
+    EXPECT_EQ(host->wait(), asExpected);
+}
+
 class Scenario : public Sandbox, public testing::WithParamInterface<Case> {};
 
 TEST_P(Scenario, EndsAsExpected) {
@@ -158,12 +187,19 @@ std::string nameOf(const testing::TestParamInfo<Case>& tested) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Written, Scenario,
-                         testing::Values(Case{"Demo", "demo.json", "[]"},
+                         testing::Values(Case{"FiveChannels", "five-channels.json", "[]"},
                                          Case{"Small", "small.json", "[]"},
                                          Case{"GroupWaiting", "group-waiting.json", "[]"},
                                          Case{"GroupRefused", "group-refused.json", "[]"},
                                          Case{"Hostile", "hostile.json", "[]"},
-                                         Case{"BrokenTransfer", "broken-transfer.json", "[]"}),
+                                         Case{"BrokenTransfer", "broken-transfer.json", "[]"},
+                                         Case{"FileChannel", "file-channel.json", "[]"},
+                                         Case{"PackageAutomatic", "package-automatic.json", "[]"},
+                                         Case{"PackageFaults", "package-faults.json", "[]"},
+                                         Case{"PackageIgnored", "package-ignored.json", "[]"},
+                                         Case{"PackageMuted", "package-muted.json", "[]"},
+                                         Case{"PackageRefused", "package-refused.json", "[]"},
+                                         Case{"PackageUser", "package-user.json", "[]"}),
                          nameOf);
 
 /// Nothing is moved, and nothing is asked for but what the row adds.
@@ -192,8 +228,8 @@ INSTANTIATE_TEST_SUITE_P(
                  {"op":"add","path":"/phases/0/expect/logs",
                   "value":["load OrvSecurityver.dll failed. err:"]}])"},
         Case{"ObjectFactory", "small.json",
-             R"([{"op":"add","path":"/client/leaveOut","value":["OrvBase.dll"]},)" NOTHING_MOVED
-             "]"},
+             R"([{"op":"add","path":"/client/leaveOut","value":["OrvBase.dll"]},
+                 {"op":"add","path":"/phases/0/asks/osVersion","value":""},)" NOTHING_MOVED "]"},
         Case{"Curl", "small.json",
              R"([{"op":"add","path":"/client/leaveOut","value":["xncurl.dll"]},)" NOTHING_MOVED
              "]"},
@@ -266,33 +302,63 @@ INSTANTIATE_TEST_SUITE_P(
                  {"op":"add","path":"/phases/0/expect/update","value":["{core.md5}","{data.md5}"]}])"}),
     nameOf);
 
+struct Wrong {
+    const char* value; ///< of the first step's expectation, as the rest of a JSON patch
+    const char* told;
+};
+
 /// Each expectation that is wrong is told, by what was expected and what was found.
-TEST_F(Sandbox, TellsEachDifference) {
-    const std::pair<const char*, const char*> rows[] = {
-        {R"(materials/core","value":["refused","1.2.0.1500","already up to date"])",
-         "core: expected refused: already up to date, found placed"},
-        {R"(materials/data","value":["placed","1.3.0.1601"])",
-         "data: version at data\\new.dat: expected 1.3.0.1601, found 1.3.0.1600"},
-        {R"(programs","value":[])", "programs, number 1 of 0: expected nothing, found helper.exe"},
-        {R"(notifications","value":[])", "notifications, number 1 of 0"},
-        {R"(downloads","value":["data","core"])", "number 1 of 2: expected data, found core"},
-        {R"(versions","value":{})", "version store, data\\new.dat: expected none"},
-        {R"(fileList","value":{"entries":11,"of":["data"]})", "filelist.xml, engine\\core.dll"},
-        {R"(settings","value":{})", "setting KEY_UPDATE_KELVAR_TEMP_FILE_LIST: expected none"},
-        {R"(update","value":[])", "folder update: expected no other files"},
-        {R"(delayed","value":{"deletes":0})", "found 0 replaces, 1 deletes"},
-        {R"(hostExit","value":3)", "exit status of the host: expected 3, found 0"},
-        {R"(logs","value":["no such line"])", "a line with \"no such line\""},
-    };
-    std::string patch;
-    for (const auto& [wrong, told] : rows) {
-        patch += (patch.empty() ? "[" : ",") +
-                 (R"({"op":"add","path":"/phases/0/expect/)" + std::string(wrong) + "}");
+class WrongExpectation : public Sandbox {
+protected:
+    void expectTold(const char* scenario, const std::vector<Wrong>& rows) {
+        std::string patch;
+        for (const Wrong& row : rows) {
+            patch += (patch.empty() ? "[" : ",") +
+                     (R"({"op":"add","path":"/phases/0/expect/)" + std::string(row.value) + "}");
+        }
+        EXPECT_EQ(xsandbox({"run", patched(scenario, patch + "]")}), different) << said;
+        for (const Wrong& row : rows) {
+            EXPECT_TRUE(says(row.told)) << row.told << "\n" << said;
+        }
     }
-    EXPECT_EQ(xsandbox({"run", patched("small.json", patch + "]")}), different) << said;
-    for (const auto& [wrong, told] : rows) {
-        EXPECT_TRUE(says(told)) << told << "\n" << said;
-    }
+};
+
+TEST_F(WrongExpectation, IsToldOfTheKelvarChannel) {
+    expectTold(
+        "small.json",
+        {{R"(materials/core","value":["refused","1.2.0.1500","already up to date"])",
+          "core: expected refused: already up to date, found placed"},
+         {R"(materials/data","value":["placed","1.3.0.1601"])",
+          "data: version at data\\new.dat: expected 1.3.0.1601, found 1.3.0.1600"},
+         {R"(programs","value":[])", "programs, number 1 of 0: expected nothing, found helper.exe"},
+         {R"(notifications","value":[])", "notifications, number 1 of 0"},
+         {R"(downloads","value":["data","core"])", "number 1 of 2: expected data, found core"},
+         {R"(versions","value":{})", "version store, data\\new.dat: expected none"},
+         {R"(fileList","value":{"entries":11,"of":["data"]})", "filelist.xml, engine\\core.dll"},
+         {R"(settings","value":{})", "setting KEY_UPDATE_KELVAR_TEMP_FILE_LIST: expected none"},
+         {R"(update","value":[])", "folder update: expected no other files"},
+         {R"(delayed","value":{"deletes":0})", "found 0 replaces, 1 deletes"},
+         {R"(hostExit","value":3)", "exit status of the host: expected 3, found 0"},
+         {R"(failures","value":["no such failure"])", "failure: expected no such failure"},
+         {R"(logs","value":["no such line"])", "a line with \"no such line\""}});
+}
+
+TEST_F(WrongExpectation, IsToldOfTheOtherChannels) {
+    expectTold("package-automatic.json",
+               {{R"(events","value":["101","102 to 99"])", "expected 102 to 99, found 102 to 100"},
+                {R"(record","value":3)", "setting KEY_UPDATE_UPGRADE: expected"},
+                {R"(packageChecks","value":2)", "packageChecks: expected 2, found 1"},
+                {R"(packageDownloads","value":0)", "packageDownloads: expected 0, found 1"},
+                {R"(fileChecks","value":0)", "fileChecks: expected 0, found 1"},
+                {R"(fileDownloads","value":["patchlib0.dat"])", "fileDownloads, number 1 of 1"},
+                {R"(background","value":{"orvdefender.exe --install":2})",
+                 "starts of orvdefender.exe --install: expected 2, found 1"},
+                {R"(reports","value":1)", "reports: expected 1 at least, found 0"},
+                {R"(contents","value":{"update\\setup.exe":"0"})", "content of update\\setup.exe"},
+                {R"(fileVersions","value":{"OrvSecurityver.dll":"1.2.0.1500"})",
+                 "version of OrvSecurityver.dll: expected 1.2.0.1500, found 1.4.0.1"},
+                {R"(fileList","value":{"entries":11,"versionFile":"1.4.0.1"})",
+                 "filelist.xml, orvsecurityver.dll"}});
 }
 
 // A scenario that cannot mean what it says is refused.
@@ -309,6 +375,10 @@ INSTANTIATE_TEST_SUITE_P(
              sandboxFailed, "client, config: there is no member \"homeDirectory\""},
         Case{"Kind", "small.json", ADDED(R"(platform/version","value":1)"), sandboxFailed,
              "platform: member \"version\" is of the wrong kind"},
+        Case{"Step", "small.json", ADDED(R"(phases/0/ui","value":["fetch"])"), sandboxFailed,
+             "ui: there is no command \"fetch\""},
+        Case{"Package", "small.json", ADDED(R"(upgrade","value":{"package":{"sise":1}})"),
+             sandboxFailed, "the package: there is no member \"sise\""},
         Case{"Offer", "small.json", ADDED(R"(phases/0/offers","value":["cor"])"), sandboxFailed,
              "offers: there is no material \"cor\""},
         Case{"Name", "small.json", ADDED(R"(platform/materials/0/name","value":"../core")"),

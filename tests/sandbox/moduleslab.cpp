@@ -14,9 +14,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* moduleFiles[] = {"xnbase.dll",        "XNSetting.dll",   "xnuser.dll",
-                                       "OrvBase.dll",       "XNGuardBase.dll", "xncurl.dll",
-                                       "OrvSecurityver.dll"};
+constexpr const char* moduleFiles[] = {"xnbase.dll",  "XNSetting.dll",     "xnuser.dll",
+                                       "xnquiet.dll", "OrvBase.dll",       "XNGuardBase.dll",
+                                       "xncurl.dll",  "OrvSecurityver.dll"};
 
 /// One client that differs from a healthy one wherever a test looks.
 nlohmann::json clientOfTests() {

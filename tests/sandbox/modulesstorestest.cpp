@@ -12,13 +12,18 @@ IKeyValueStore& settings() {
     return *lab::bind<IKeyValueStore* (*)()>(L"XNSetting.dll", "GetKV")();
 }
 
-TEST(ModuleSettings, EveryWriteReplacesTheWholeFile) {
+TEST(ModuleSettings, EveryWriteReplacesTheWholeFileAndLosesNoOther) {
     const auto file = sandbox::processFolders().settings();
     std::atomic<bool> finished{false};
     int damaged = 0;
-    std::thread reader([&] {
+    std::uint64_t written = 0;
+    std::thread other([&] { // as another process does
         while (!finished) {
             damaged += sandbox::readJson(file) ? 0 : 1;
+            damaged += sandbox::updateJson(
+                           file, [&](nlohmann::json& stored) { stored["others"] = ++written; })
+                           ? 0
+                           : 1;
         }
     });
     for (std::uint64_t i = 0; i < 50; ++i) {
@@ -26,8 +31,11 @@ TEST(ModuleSettings, EveryWriteReplacesTheWholeFile) {
         ASSERT_TRUE(settings().setUInt64("count", i));
     }
     finished = true;
-    reader.join();
+    other.join();
     EXPECT_EQ(damaged, 0);
+    std::uint64_t seen = 0;
+    EXPECT_TRUE(settings().getUInt64("others", &seen));
+    EXPECT_EQ(seen, written);
     EXPECT_EQ(sandbox::readJson(file)->at("count"), 49);
     EXPECT_EQ(sandbox::readJson(file)->at("text"), "value");
 }

@@ -1,30 +1,52 @@
+#include <atomic>
+#include <list>
 #include <vector>
 
 #include "host/usercenter.h"
 #include "sandbox/common/config.h"
 #include "sandbox/common/events.h"
+#include "sandbox/common/folders.h"
+#include "sandbox/common/worker.h"
+#include "sandbox/modules/xnbase/listener.h"
+#include "sandbox/platform/filewrites.h"
 #include "utils/mutex.h"
 
 namespace {
 
+using Login = sandbox::Config::Login;
+
+/// The log-in as it is now. Texts that were handed out stay good: nothing is thrown away.
+class CurrentLogin {
+public:
+    const Login& get() const { return *current; }
+
+    void become(Login login) {
+        all.push_back(std::move(login));
+        current = &all.back();
+    }
+
+private:
+    std::list<Login> all{sandbox::readConfig().login}; ///< changed by one thread
+    std::atomic<const Login*> current{&all.back()};
+};
+
 class UserState final : public uc::IUserState {
 public:
-    UserState(bool isGood, const sandbox::Config::Login& user) : valid(isGood), login(user) {}
+    UserState(const CurrentLogin& user, bool Login::*state) : login(user), member(state) {}
 
     void reserved0() override {}
     void reserved1() override {}
-    bool isValid() override { return valid; }
-    const char* token() override { return login.tokenText.c_str(); }
-    const char* identity() override { return login.identity.c_str(); }
+    bool isValid() override { return login.get().*member; }
+    const char* token() override { return login.get().tokenText.c_str(); }
+    const char* identity() override { return login.get().identity.c_str(); }
     void reserved5() override {}
-    const char* phone() override { return login.phone.c_str(); }
+    const char* phone() override { return login.get().phone.c_str(); }
 
 private:
-    bool valid;
-    const sandbox::Config::Login& login;
+    const CurrentLogin& login;
+    bool Login::*member;
 };
 
-/// The log-in of a sandbox run does not change, so observers are held and never called.
 class StateSource final : public uc::IUserStateSource {
 public:
     void registerObserver(uc::IUserStateObserver* observer) override {
@@ -36,9 +58,25 @@ public:
         observers.push_back(observer);
     }
 
+    void tellChange() {
+        deliveries.post([this] {
+            for (uc::IUserStateObserver* observer : receivers()) {
+                sandbox::guarded("IUserStateObserver", [&] { observer->event2(nullptr); });
+            }
+        });
+    }
+
+    bool idle() const { return deliveries.idle(); }
+
 private:
+    std::vector<uc::IUserStateObserver*> receivers() {
+        MutexLock lock(mutex);
+        return observers;
+    }
+
     Mutex mutex;
     std::vector<uc::IUserStateObserver*> observers XR_GUARDED_BY(mutex);
+    sandbox::Worker deliveries{"user state delivery"};
 };
 
 class UserCenter final : public uc::IUserCenter {
@@ -49,17 +87,54 @@ public:
     void reserved3() override {}
     uc::IUserStateSource* stateSource() override { return &source; }
 
+    /// Takes a log-in in that another process has put into the configuration.
+    void follow() {
+        const auto text = sandbox::readFile(sandbox::processFolders().config());
+        if (!text || *text == seen) {
+            return;
+        }
+        seen = *text;
+        const Login wanted = sandbox::readConfig().login;
+        if (wanted == login.get()) {
+            return;
+        }
+        login.become(wanted);
+        sandbox::emit({{"kind", "login"},
+                       {"token", wanted.token},
+                       {"device", wanted.device},
+                       {"service", wanted.service}});
+        source.tellChange();
+    }
+
+    bool idle() const { return source.idle(); }
+
 private:
-    const sandbox::Config::Login login = sandbox::readConfig().login;
-    UserState tokens{login.token, login};
-    UserState devices{login.device, login};
-    UserState services{login.service, login};
+    CurrentLogin login;
+    UserState tokens{login, &Login::token};
+    UserState devices{login, &Login::device};
+    UserState services{login, &Login::service};
     StateSource source;
+    std::string seen; ///< configuration
 };
+
+UserCenter& center() {
+    static UserCenter& instance = *new UserCenter;
+    return instance;
+}
 
 } // namespace
 
 extern "C" uc::IUserCenter* GetUserCenter() {
-    static UserCenter& center = *new UserCenter;
-    return &center;
+    return &center();
 }
+
+extern "C" bool sandboxIdle() {
+    return center().idle();
+}
+
+extern "C" void sandboxPoll() {
+    center().follow();
+}
+
+static_assert(std::is_same_v<decltype(&sandboxIdle), sandbox::Idle>);
+static_assert(std::is_same_v<decltype(&sandboxPoll), sandbox::Poll>);

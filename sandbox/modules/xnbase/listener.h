@@ -12,4 +12,9 @@ using SetLogListener = void (*)(LogListener listener, void* context);
 /// nothing left to do.
 using Idle = bool (*)();
 
+/// `void sandboxPoll()` of modules that take in what other processes of the run do: the
+/// host calls it every few hundredths of a second, from one thread, once the plug-in has
+/// started.
+using Poll = void (*)();
+
 } // namespace sandbox

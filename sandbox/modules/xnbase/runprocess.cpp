@@ -1,4 +1,7 @@
+#include "sandbox/modules/xnbase/runprocess.h"
+
 #include <algorithm>
+#include <atomic>
 #include <optional>
 #include <string>
 #include <thread>
@@ -16,6 +19,16 @@
 namespace fs = std::filesystem;
 
 namespace {
+
+std::atomic<int> calls{0};
+
+class Call {
+public:
+    Call() { ++calls; }
+    ~Call() { --calls; }
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
+};
 
 constexpr const char* updateFolder = "update"; // holds what is not in place yet
 
@@ -86,7 +99,12 @@ bool startProgram(const fs::path& program, const std::string& parameters,
 
 } // namespace
 
+bool sandbox::startsProgram() {
+    return calls != 0;
+}
+
 extern "C" void runProcess(const wchar_t* file, const wchar_t* parameters) {
+    const Call call;
     const std::string name = file ? platform::toUtf8(file) : "";
     const std::string texts = parameters ? platform::toUtf8(parameters) : "";
     const fs::path client = sandbox::processFolders().client();

@@ -1,11 +1,16 @@
 #include <cstring>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "host/notificationcenter.h"
 #include "sandbox/common/events.h"
+#include "sandbox/common/folders.h"
+#include "sandbox/common/jsonfile.h"
 #include "sandbox/common/worker.h"
+#include "sandbox/modules/xnbase/listener.h"
+#include "sandbox/platform/filelock.h"
 #include "utils/mutex.h"
 
 namespace {
@@ -46,7 +51,8 @@ std::int32_t codeOf(const Bytes& record) {
 /// Reports a record whose size is not the one that all readers of its type rely on.
 void checkSize(int type, std::uint32_t size) {
     static constexpr std::pair<int, std::uint32_t> sizes[] = {
-        {7, 1028}, {NC::kelvarVersionType, sizeof(NC::KelvarVersionRecord)}};
+        {NC::packageType, sizeof(NC::PackageRecord)},
+        {NC::kelvarVersionType, sizeof(NC::KelvarVersionRecord)}};
     for (const auto& [known, wanted] : sizes) {
         if (type == known && size != wanted) {
             sandbox::emitFailure("INotificationCenter::post", "type " + std::to_string(type) +
@@ -105,6 +111,24 @@ NotificationCenter& center() {
     return instance;
 }
 
+/// What the user interface has sent since the last call. It counts as taken once its file
+/// is gone.
+std::string takeCommands(const std::filesystem::path& file) {
+    std::error_code error;
+    if (!std::filesystem::exists(file, error)) {
+        return "";
+    }
+    const sandbox::FileLock lock(sandbox::lockOf(file));
+    const std::string lines = sandbox::readFile(file).value_or("");
+    return lock.isHeld() && std::filesystem::remove(file, error) ? lines : "";
+}
+
+void postCommand(const std::string& line) {
+    NC::PackageRecord record;
+    nlohmann::json::parse(line).at("code").get_to(record.code);
+    center().post(NC::packageType, &record, sizeof record);
+}
+
 } // namespace
 
 extern "C" NC::INotificationCenter* GetNotificationCenter() {
@@ -114,3 +138,13 @@ extern "C" NC::INotificationCenter* GetNotificationCenter() {
 extern "C" bool sandboxIdle() {
     return center().idle();
 }
+
+extern "C" void sandboxPoll() {
+    std::istringstream lines(takeCommands(sandbox::processFolders().commands()));
+    for (std::string line; std::getline(lines, line);) {
+        sandbox::guarded("commands.jsonl", [&] { postCommand(line); });
+    }
+}
+
+static_assert(std::is_same_v<decltype(&sandboxIdle), sandbox::Idle>);
+static_assert(std::is_same_v<decltype(&sandboxPoll), sandbox::Poll>);

@@ -10,15 +10,9 @@
 
 namespace {
 
+/// The file is the store: other processes of the run write it too.
 class SettingsStore final : public IKeyValueStore {
 public:
-    SettingsStore() {
-        if (auto stored = sandbox::readJson(sandbox::processFolders().settings());
-            stored && stored->is_object()) {
-            values = std::move(*stored);
-        }
-    }
-
     bool getString(const char* key, char* buffer, std::uint32_t* size) override {
         const nlohmann::json value = find(key);
         if (!size || !value.is_string()) {
@@ -45,6 +39,10 @@ public:
 private:
     nlohmann::json find(const char* key) {
         MutexLock lock(mutex);
+        auto stored = sandbox::readJson(sandbox::processFolders().settings());
+        if (stored && stored->is_object()) {
+            values = std::move(*stored);
+        }
         return key && values.contains(key) ? values[key] : nlohmann::json();
     }
 
@@ -64,9 +62,11 @@ private:
             return false;
         }
         MutexLock lock(mutex);
-        nlohmann::json changed = values;
-        changed[key] = value;
-        if (!sandbox::writeJson(sandbox::processFolders().settings(), changed)) {
+        nlohmann::json changed;
+        if (!sandbox::updateJson(sandbox::processFolders().settings(), [&](nlohmann::json& stored) {
+                stored[key] = value;
+                changed = stored;
+            })) {
             return false;
         }
         values = std::move(changed);
@@ -75,6 +75,7 @@ private:
     }
 
     Mutex mutex;
+    /// What was read last stands in for a file that cannot be read.
     nlohmann::json values XR_GUARDED_BY(mutex) = nlohmann::json::object();
 };
 
