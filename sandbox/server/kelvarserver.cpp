@@ -61,7 +61,7 @@ Answered KelvarServer::answer(std::size_t question, const Headers& headers, cons
     for (const std::string& wrong :
          {headerDifference(headers), bodyDifference(expectedBody(question, offer, run), body)}) {
         if (!wrong.empty()) {
-            complain(name + ": " + wrong);
+            complain(std::string(name).append(": ").append(wrong));
         }
     }
     asked = std::max(asked, question + 1);
