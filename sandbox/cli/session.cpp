@@ -21,7 +21,7 @@ using Json = nlohmann::json;
 constexpr std::size_t differencesShown = 40;
 constexpr std::size_t differenceLength = 600; // a list of all files may be part of one
 
-std::string shortened(const std::string& text) {
+std::string differenceText(const std::string& text) {
     return text.size() <= differenceLength ? text : text.substr(0, differenceLength) + "...";
 }
 
@@ -237,7 +237,7 @@ bool Session::conclude(const Phase& phase, const PhaseFacts& facts) {
     }
     console.row(Mark::fault, {counted(differences.size(), "difference")}, {});
     for (std::size_t i = 0; i < std::min(differences.size(), differencesShown); ++i) {
-        console.line("    " + shortened(differences[i]));
+        console.line("    " + differenceText(differences[i]));
     }
     return false;
 }

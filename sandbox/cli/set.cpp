@@ -87,8 +87,8 @@ struct Name {
     bool isSetting() const { return set == setText || set == setNumber; }
 };
 
-constexpr const char* text = "a text";
-constexpr const char* number = "a number";
+constexpr const char* anyText = "a text";
+constexpr const char* anyNumber = "a number";
 
 constexpr std::array<Name, 16> names{{
     {"login", "on or off, for the three that follow", setLogin},
@@ -99,14 +99,14 @@ constexpr std::array<Name, 16> names{{
     {"settingsWindow", "open or closed", setWindow},
     {"instances", "a list of all windows that are open", setMember},
     {settingkeys::updateType, "a number: 0 installs by itself, 1 asks the user", setNumber},
-    {settingkeys::language, text, setText},
-    {settingkeys::upgrade, text, setText},
-    {settingkeys::ignoreVersionList, text, setText},
-    {settingkeys::pkgLastCheckTime, number, setNumber},
-    {settingkeys::kelvarLastCheckTime, number, setNumber},
-    {settingkeys::kelvarTempFileList, text, setText},
-    {settingkeys::kelvarPaddingFileList, text, setText},
-    {settingkeys::fileList, text, setText},
+    {settingkeys::language, anyText, setText},
+    {settingkeys::upgrade, anyText, setText},
+    {settingkeys::ignoreVersionList, anyText, setText},
+    {settingkeys::pkgLastCheckTime, anyNumber, setNumber},
+    {settingkeys::kelvarLastCheckTime, anyNumber, setNumber},
+    {settingkeys::kelvarTempFileList, anyText, setText},
+    {settingkeys::kelvarPaddingFileList, anyText, setText},
+    {settingkeys::fileList, anyText, setText},
 }};
 
 const Name& nameOf(const std::string& key) {

@@ -18,7 +18,7 @@ using Rows = std::vector<std::vector<std::string>>;
 
 constexpr std::size_t longestValue = 72;
 
-std::string shortened(const std::string& text) {
+std::string valueText(const std::string& text) {
     return text.size() <= longestValue ? text : text.substr(0, longestValue - 3) + "...";
 }
 
@@ -42,7 +42,7 @@ void showStores(const ClientState& state, Console& console) {
     console.table({"path", "version"}, versions);
     Rows settings;
     for (const auto& [key, value] : state.settings.items()) {
-        settings.push_back({key, shortened(value.dump())});
+        settings.push_back({key, valueText(value.dump())});
     }
     console.heading("Settings");
     console.table({"key", "value"}, settings);
@@ -111,7 +111,7 @@ void showTraces(const Folders& folders, Console& console) {
 
 std::string packageWords(const PackageNote& note) {
     return (note.isEvent() ? "event " : "command ") + std::to_string(note.code) + " " +
-           shortened(note.text);
+           valueText(note.text);
 }
 
 void showEvents(const Folders& folders, Console& console) {

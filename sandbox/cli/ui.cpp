@@ -16,7 +16,7 @@ namespace sandbox {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr auto glance = std::chrono::milliseconds(20);
+constexpr auto keyPause = std::chrono::milliseconds(20);
 
 struct Key {
     char key;
@@ -65,7 +65,7 @@ void awaitHost(const Folders& folders, Console& console, std::chrono::seconds li
         if (stopSignalled() || Clock::now() > end) {
             throw std::runtime_error("no host runs in " + folders.root().string());
         }
-        std::this_thread::sleep_for(glance);
+        std::this_thread::sleep_for(keyPause);
     }
 }
 
@@ -78,7 +78,7 @@ bool doWords(const Folders& folders, const std::vector<std::string>& words, Cons
     while (script.begin()) {
         const auto end = Clock::now() + limit;
         while (!script.isAnswered() && Clock::now() < end && isHosted(folders)) {
-            std::this_thread::sleep_for(glance);
+            std::this_thread::sleep_for(keyPause);
             for (const nlohmann::json& event : tail.next()) {
                 show(event, view);
                 script.see(event);
@@ -108,7 +108,7 @@ void runUi(const Folders& folders, Console& console) {
         for (const nlohmann::json& event : tail.next()) {
             show(event, view);
         }
-        const char key = keyboard.next(glance).value_or('\0');
+        const char key = keyboard.next(keyPause).value_or('\0');
         if (key == quitKey || key == Keyboard::endOfKeys) {
             return;
         }

@@ -8,22 +8,22 @@ namespace {
 constexpr const char* packageSection = "Package";
 constexpr const char* fileSection = "File channel";
 constexpr const char* setupFile = "update\\setup.exe";
-constexpr std::size_t wordWidth = 13;
+constexpr std::size_t columnWidth = 13;
 
-constexpr std::array<const char*, 6> commands{"",        "check",  "download",
-                                              "install", "ignore", "cancel"};
+constexpr std::array<const char*, 6> commandWords{"",        "check",  "download",
+                                                  "install", "ignore", "cancel"};
 /// By the record's status.
-constexpr std::array<const char*, 7> states{"nothing known",
-                                            "to be fetched",
-                                            "being fetched",
-                                            "fetched",
-                                            "setup was started",
-                                            "installed",
-                                            "fetched, but not the announced bytes"};
+constexpr std::array<const char*, 7> statusWords{"nothing known",
+                                                 "to be fetched",
+                                                 "being fetched",
+                                                 "fetched",
+                                                 "setup was started",
+                                                 "installed",
+                                                 "fetched, but not the announced bytes"};
 
 std::string stateText(int status) {
     const auto at = static_cast<std::size_t>(status);
-    return at < states.size() ? states[at] : "status " + std::to_string(status);
+    return at < statusWords.size() ? statusWords[at] : "status " + std::to_string(status);
 }
 
 } // namespace
@@ -35,12 +35,12 @@ bool UpgradeView::platform(const PlatformEvent& event) {
     switch (event.kind) {
     case PlatformEvent::Kind::packageCheck:
         if (built.offer.package) {
-            sections.rowAside(packageSection, Mark::good, {"asked", event.detail}, {wordWidth});
+            sections.rowAside(packageSection, Mark::good, {"asked", event.detail}, {columnWidth});
         }
         return true;
     case PlatformEvent::Kind::fileCheck:
         if (!event.detail.empty()) {
-            sections.rowAside(fileSection, Mark::good, {"asked", event.detail}, {wordWidth});
+            sections.rowAside(fileSection, Mark::good, {"asked", event.detail}, {columnWidth});
         }
         return true;
     case PlatformEvent::Kind::transfer:
@@ -61,7 +61,7 @@ void UpgradeView::transfer(const PlatformEvent& event) {
     }
     transfers[name] = event;
     if (event.bytes == event.total) {
-        sections.rowAside(fileSection, Mark::good, {name, sizeText(event.total)}, {wordWidth});
+        sections.rowAside(fileSection, Mark::good, {name, sizeText(event.total)}, {columnWidth});
         transfers.erase(name);
     }
 }
@@ -74,7 +74,7 @@ bool UpgradeView::host(const nlohmann::json& event) {
     if (isKind(event, "process") && event.value("file", "") == setupFile) {
         endProgress();
         sections.rowAside(packageSection, event.value("started", false) ? Mark::starts : Mark::no,
-                          {"started", programText(event)}, {wordWidth});
+                          {"started", programText(event)}, {columnWidth});
         return true;
     }
     if (isKind(event, "event")) {
@@ -93,7 +93,7 @@ void UpgradeView::log(const std::string& text) {
     // Where nobody is told, only the log says that the check has found the new version.
     if (text.rfind("update plugin, pkg, task check, not logined or ui upgrade.", 0) == 0) {
         sections.rowAside(packageSection, Mark::good, {"installed", "as the client's version says"},
-                          {wordWidth});
+                          {columnWidth});
     }
 }
 
@@ -108,12 +108,13 @@ void UpgradeView::note(const PackageNote& told) {
     if (told.code == 100) {
         offered(told.text);
     } else if (told.code == 104) {
-        sections.rowAside(packageSection, Mark::starts, {"install", "has begun"}, {wordWidth});
+        sections.rowAside(packageSection, Mark::starts, {"install", "has begun"}, {columnWidth});
     } else if (told.code == 103) {
-        sections.rowAside(packageSection, Mark::none, {"download", "has ended"}, {wordWidth});
-    } else if (told.code > 0 && told.code < static_cast<int>(commands.size())) {
+        sections.rowAside(packageSection, Mark::none, {"download", "has ended"}, {columnWidth});
+    } else if (told.code > 0 && told.code < static_cast<int>(commandWords.size())) {
         sections.rowAside(packageSection, Mark::starts,
-                          {"user", commands[static_cast<std::size_t>(told.code)]}, {wordWidth});
+                          {"user", commandWords[static_cast<std::size_t>(told.code)]},
+                          {columnWidth});
     }
 }
 
@@ -126,12 +127,12 @@ void UpgradeView::offered(const std::string& record) {
     sections.rowAside(
         packageSection, Mark::good,
         {"offer", version.empty() ? "none" : version + ", " + stateText(offer.value("status", 0))},
-        {wordWidth});
+        {columnWidth});
 }
 
 void UpgradeView::endProgress() {
     if (!percent.empty()) {
-        sections.rowAside(packageSection, Mark::good, {"download", percent + " %"}, {wordWidth});
+        sections.rowAside(packageSection, Mark::good, {"download", percent + " %"}, {columnWidth});
         percent.clear();
     }
 }
@@ -140,7 +141,7 @@ void UpgradeView::end() {
     endProgress();
     for (const auto& [name, event] : transfers) {
         sections.rowAside(fileSection, Mark::fault,
-                          {name, "broken off at " + sizeText(event.bytes)}, {wordWidth});
+                          {name, "broken off at " + sizeText(event.bytes)}, {columnWidth});
     }
 }
 

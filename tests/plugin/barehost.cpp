@@ -37,7 +37,8 @@ TEST(BareProcess, LoadsAndUnloadsIt) {
 TEST(BareProcess, TicksIt) {
     const ModuleHandle module = platform::loadModule(plugin);
     ASSERT_NE(module, nullptr);
-    auto* object = exported<xtray::IXTrayPlugin* (*)()>(module, "CreateUpdatePlugin")();
+    static xtray::IXTrayPlugin* object = nullptr; // it is never freed
+    object = exported<xtray::IXTrayPlugin* (*)()>(module, "CreateUpdatePlugin")();
     ASSERT_NE(object, nullptr);
     EXPECT_TRUE(object->start(nullptr));
     for (int tick = 0; tick < 3; ++tick) {
