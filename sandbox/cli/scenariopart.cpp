@@ -5,7 +5,11 @@
 
 namespace sandbox {
 
+namespace {
+
 using Json = nlohmann::json;
+
+} // namespace
 
 void checkMembers(const std::string& what, const Json& part,
                   std::initializer_list<const char*> members) {
