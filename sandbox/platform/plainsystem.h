@@ -10,6 +10,9 @@ typedef void (*PlainFunction)(void); /* to be cast to what it is */
  * the process, else loaded. One reference each call. Null when it cannot be loaded. */
 void* plainLoad(const wchar_t* file);
 
+/* The module of that name when it is in the process, else null. Takes no reference. */
+void* plainLoaded(const wchar_t* name);
+
 /* Null when the module has no such export. */
 PlainFunction plainFind(void* module, const char* name);
 

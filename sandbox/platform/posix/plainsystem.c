@@ -18,6 +18,18 @@ void* plainLoad(const wchar_t* file) {
     return dlopen(path, RTLD_NOW | RTLD_LOCAL);
 }
 
+void* plainLoaded(const wchar_t* name) {
+    char soname[256];
+    if (wcstombs(soname, name, sizeof soname) >= sizeof soname) {
+        return NULL;
+    }
+    void* const module = dlopen(soname, RTLD_NOW | RTLD_NOLOAD);
+    if (module) {
+        dlclose(module); /* the one who loaded it keeps it */
+    }
+    return module;
+}
+
 PlainFunction plainFind(void* module, const char* name) {
     void* const address = dlsym(module, name);
     PlainFunction function;

@@ -3,13 +3,14 @@
 
 #include "sandbox/common/config.h"
 
-/// 0 when the text and its terminating zero fit in the `*length` bytes of `buffer`; else
-/// -1. `*length` becomes the length of the text without the zero.
-extern "C" int GetChannelType(char* buffer, int* length) {
-    const std::string channel = sandbox::readConfig().channelType;
+/// The client's channel, for OrvSecurityver.dll. 0 when the text and its terminating zero fit
+/// in the `*length` bytes of `buffer`; else -1. `*length` becomes the length of the text
+/// without the zero.
+extern "C" int sandboxChannelType(char* buffer, int* length) {
     if (!buffer || !length) {
         return -1;
     }
+    const std::string channel = sandbox::readConfig().channelType;
     const int size = *length;
     *length = static_cast<int>(channel.size());
     if (size <= *length) {

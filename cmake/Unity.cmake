@@ -1,0 +1,19 @@
+# XREFRESHER_UNITY, set by presets whose build is made for its tests: the sources of one folder
+# are compiled as one. The other presets see to it that each source stands by itself.
+option(XREFRESHER_UNITY "Compile the sources of a folder at once, for a short build" OFF)
+
+# xr_unity(TARGET): called where the target is made.
+function(xr_unity target)
+    if(NOT XREFRESHER_UNITY)
+        return()
+    endif()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+    # It takes an included source for a header.
+    target_compile_options(${target} PRIVATE $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-subobject-linkage>)
+    get_target_property(sources ${target} SOURCES)
+    foreach(source ${sources})
+        get_filename_component(folder "${source}" DIRECTORY)
+        string(MAKE_C_IDENTIFIER "folder_${folder}" group)
+        set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
+    endforeach()
+endfunction()
