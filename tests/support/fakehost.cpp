@@ -132,7 +132,7 @@ struct CurlService final : Static<IXCurlService> {
         void* target = nullptr;
     };
 
-    void* curl_easy_init() override { return new Handle; }
+    void* curl_easy_init() override { return host().hasHandles ? new Handle : nullptr; }
     void curl_easy_cleanup(void* handle) override { delete static_cast<Handle*>(handle); }
 
     // The interface has libcurl's own form. NOLINTNEXTLINE(cert-dcl50-cpp)

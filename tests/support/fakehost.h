@@ -104,6 +104,7 @@ public:
 
     /// Answers a transfer of the libcurl service.
     std::function<Transfer(const std::string& url)> onTransfer;
+    bool hasHandles = true;
     std::vector<std::string> transfers;              ///< URLs
     std::vector<std::pair<int, long>> numberOptions; ///< options set to a number
 

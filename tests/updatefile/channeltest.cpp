@@ -74,6 +74,14 @@ TEST_F(FileChannel, ADamagedStoredListCountsAsEmpty) {
 
 TEST_F(FileChannel, OnlyAFailedMoveOrAMissingServiceFailsADownload) {
     withoutRetries();
+    host.hasHandles = false;
+    EXPECT_TRUE(succeeds()) << "no transfer began";
+    host.hasHandles = true;
+    std::filesystem::remove(host.diskPath("update\\_1000"));
+    std::filesystem::create_directories(host.diskPath("update\\_1000"));
+    EXPECT_TRUE(succeeds()) << "no file to write to";
+    EXPECT_EQ(host.bytesOf("patchlib1.dat"), "two");
+    std::filesystem::remove_all(host.diskPath("update\\_1000"));
     host.has("patchlib0.dat", "old");
     storage["u/0"].code = 18;
     EXPECT_TRUE(succeeds());
@@ -105,6 +113,20 @@ TEST_F(FileChannel, EveryUselessAnswerIsAFailure) {
     EXPECT_EQ(host.count("task check, response, error :  7 , code =  200 "), 1U);
     EXPECT_EQ(host.count("task check, response list null . "), 4U);
     EXPECT_FALSE(host.settings.hasText(settingkeys::fileList));
+    host.answers["check"] = {0, 200, R"({"data":{"list":[{"fileType":1000}]}})"};
+    storage[""] = {3, ""};
+    EXPECT_TRUE(succeeds()) << "an entry without an address counts, though it brings nothing";
+    EXPECT_EQ(host.transfers, (std::vector<std::string>{"", ""}));
+}
+
+TEST_F(FileChannel, WithoutTheHostsTasksTheNextUserEventIsTheNextAttempt) {
+    withoutRetries();
+    host.answers["check"] = {};
+    for (int i = 0; i < 4; ++i) {
+        userEvent();
+    }
+    EXPECT_EQ(host.count(failed), 3U);
+    EXPECT_EQ(host.count(ignored), 1U);
 }
 
 TEST_F(FileChannel, ThreeAttemptsFiveMinutesApart) {

@@ -6,7 +6,7 @@
 namespace {
 
 /// An expression, the client's version, and whether that passes.
-const std::tuple<std::string, const char*, bool> rows[] = {
+const std::tuple<std::string, const char*, bool> expressions[] = {
     {R"(%appver%>="1.0")", "0.9", false},
     {R"(%appver%>="1.0")", "1.0", true},
     {R"(%appver%>"1.0")", "1.0", false},
@@ -38,7 +38,7 @@ const std::tuple<std::string, const char*, bool> rows[] = {
 
 TEST(MaterialCheck, BoundsOnTheClientsVersion) {
     FakeHost host;
-    for (const auto& [expression, version, passes] : rows) {
+    for (const auto& [expression, version, passes] : expressions) {
         XMaterialAppVerCheck check;
         EXPECT_EQ(check.parse(expression), 0);
         host.versions.entries["OrvSecurityver.dll"] = version; // asked for at each check

@@ -7,11 +7,11 @@
 namespace {
 
 /// Counts how often it is entered.
-class Next final : public XTaskBase {
+class Entered final : public XTaskBase {
 public:
     using XTaskBase::check;
-    void check(FinishCallback /*finish*/) override { ++entered; }
-    int entered = 0;
+    void check(FinishCallback /*finish*/) override { ++times; }
+    int times = 0;
 };
 
 /// Ends the first wait that an earlier test of this process may have left pending.
@@ -35,13 +35,13 @@ protected:
     }
     bool passesAt(std::uint32_t tick) {
         fake::setTick(tick);
-        const auto next = std::make_shared<Next>();
+        const auto next = std::make_shared<Entered>();
         XTaskKelvarCondition task;
         task.setNext(next);
         bool refused = false;
         task.check([&](bool succ) { refused = !succ; });
-        EXPECT_NE(refused, next->entered == 1);
-        return next->entered == 1;
+        EXPECT_NE(refused, next->times == 1);
+        return next->times == 1;
     }
     std::uint64_t storedTime() { return host.settings.number(settingkeys::kelvarLastCheckTime); }
 

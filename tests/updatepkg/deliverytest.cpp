@@ -69,6 +69,13 @@ TEST_F(DeliveryTest, TheHashAloneDecidesOnAPackage) {
         EXPECT_EQ(download(true), good ? "101|" : end) << "no end when it goes on";
     }
     EXPECT_EQ(host.numberOptions.front(), std::pair(64, 0L)) << "the peer is not verified";
+    holds(offerOf(md5));
+    host.hasHandles = false;
+    EXPECT_EQ(download(), "101|-103|") << "no transfer began";
+    host.hasHandles = true;
+    transfer = {0, package, 4};
+    host.without(L"XNSetting.dll", "GetNotificationCenter");
+    EXPECT_EQ(download(), "+") << "nobody to tell";
 }
 
 TEST_F(DeliveryTest, WithoutAnOfferAPlaceOrATransferThereIsNoPackage) {
@@ -93,6 +100,9 @@ TEST_F(DeliveryTest, InstallsWhenItMay) {
     host.openWindows.clear();
     host.settings.put(settingkeys::updateType, std::uint64_t{1});
     EXPECT_EQ(install(true), "-1003");
+    host.settings.put(settingkeys::updateType, std::uint64_t{2});
+    EXPECT_EQ(install(true), "+[/s /nosafe]4") << "1 alone switches it off";
+    host.settings.put(settingkeys::updateType, std::uint64_t{1});
     host.user.servicePart.valid = false;
     EXPECT_EQ(install(true), "+[/s /nosafe]none") << "the setting is a user's";
     host.muteMode = 1;

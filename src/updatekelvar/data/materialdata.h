@@ -10,6 +10,9 @@
 #include "updatekelvar/data/keys.h"
 #include "updatekelvar/data/materialcheck.h"
 
+/// Id of the module that brings the virus library.
+inline constexpr const char* virusLibModule = "/orvviruslib";
+
 /// A material on offer. A copy shares the parsed parameters, which are only read.
 struct XMaterialMetaData {
     XMaterialKey material;

@@ -20,11 +20,11 @@ constexpr const char* packetMetaPath = "/PacketV2/GetPacketMeta";
 constexpr const char* fileStorageAddrPath = "/FileV2/GetFileStorageAddr";
 constexpr const char* materialMetaPath = "/MaterialV2/BatchGetMaterialMeta";
 
-constexpr bool enumAsName = false;
+constexpr bool enumsAreNames = false;
 
 std::string toJson(const google::protobuf::Message& message) {
     std::string text;
-    XPbJson().toJsonString(message, text, enumAsName);
+    XPbJson().toJsonString(message, text, enumsAreNames);
     return text;
 }
 
@@ -38,7 +38,7 @@ void request(XKelvarHttp& http, const char* path, const std::string& body,
             return;
         }
         auto response = std::make_shared<Response>();
-        XPbJson().fromJsonString(text, response.get(), enumAsName); // no JSON: all defaults
+        XPbJson().fromJsonString(text, response.get(), enumsAreNames); // no JSON: all defaults
         receive(response);
     };
     http.post(XEnvConfigRef().makeUrl(path), body, std::move(step));

@@ -12,7 +12,6 @@ namespace {
 using MaterialMeta = std::shared_ptr<XBatchGetMaterialMetaData>;
 
 constexpr const char* servicePackMarker = "orvsp.dat";
-constexpr const char* virusLibModule = "/orvviruslib";
 
 /// A new list of the rows that `keep` says yes to, in their order.
 template <class Keep>

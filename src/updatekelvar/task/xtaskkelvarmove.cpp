@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr const char* virusLibModule = "/orvviruslib";
-
 /// Text without the first occurrence of `part`.
 std::string without(std::string text, const std::string& part) {
     if (const std::size_t at = text.find(part); at != std::string::npos) {
