@@ -17,8 +17,9 @@ namespace {
 namespace fs = std::filesystem;
 using Arguments = std::vector<std::string>;
 
-/// Without programs that Wine would offer to fetch.
-const std::string overrides = "WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=";
+/// Without programs that Wine would offer to fetch, and without its debugger, which would have a
+/// crash wait for a window.
+const std::string overrides = "WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe,winedbg.exe=";
 /// A system that is off stays off: its start would carry the delayed moves out.
 const std::string overridesWithoutStart = overrides + ";wineboot.exe=d";
 /// An xsandbox that was broken off leaves its Windows behind for so many seconds.

@@ -1,5 +1,6 @@
 #include "sandbox/materials/setuppackage.h"
 
+#include <charconv>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -20,6 +21,16 @@ std::string inDigits(std::size_t length) {
         text[at - 1] = digits[length & 15];
     }
     return text;
+}
+
+std::size_t fromDigits(const std::string& text) {
+    std::size_t length = 0;
+    const char* const end = text.data() + text.size();
+    const auto [at, fault] = std::from_chars(text.data(), end, length, 16);
+    if (fault != std::errc() || at != end) {
+        throw std::runtime_error("the payload's length is no number: " + text);
+    }
+    return length;
 }
 
 std::string textOf(const Bytes& bytes, std::size_t at, std::size_t length) {
@@ -58,9 +69,9 @@ std::optional<SetupPayload> readPackage(const Bytes& package) {
         return std::nullopt;
     }
     const std::size_t end = package.size() - tail;
-    const std::size_t length = std::stoull(textOf(package, end, lengthDigits), nullptr, 16);
+    const std::size_t length = fromDigits(textOf(package, end, lengthDigits));
     if (length > end) {
-        throw std::out_of_range("the payload begins before the package");
+        throw std::runtime_error("the payload begins before the package");
     }
     const Json told = Json::parse(textOf(package, end - length, length));
     SetupPayload payload{told.at("version"), told.at("fails"), {}};
@@ -68,7 +79,7 @@ std::optional<SetupPayload> readPackage(const Bytes& package) {
         const auto at = file.at("at").get<std::size_t>();
         const auto size = file.at("size").get<std::size_t>();
         if (at > end || size > end - at) {
-            throw std::out_of_range("a file lies outside the package");
+            throw std::runtime_error("a file lies outside the package");
         }
         const auto begin = package.begin() + static_cast<std::ptrdiff_t>(at);
         payload.files.push_back(

@@ -29,7 +29,7 @@ Bytes buildPackage(Bytes program, const SetupPayload& payload, std::size_t size,
                    std::uint64_t seed);
 
 /// What a package brings; nothing when the bytes are none. Throws nlohmann::json::exception
-/// or std::out_of_range for a damaged one.
+/// or std::runtime_error for a damaged one.
 std::optional<SetupPayload> readPackage(const Bytes& package);
 
 } // namespace materials
