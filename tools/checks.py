@@ -50,13 +50,13 @@ def check_includes(root):
 
 
 def check_system(root):
-    for folder, home in (("src", "platform"), ("sandbox", "platform")):
+    for folder, home in (("src", "platform"), ("sandbox", "platform"), ("examples", None)):
         for path in sources(root, folder):
             if path.relative_to(root / folder).parts[0] == home:
                 continue
             for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
                 if re.search(r"\b_WIN32\b|<windows\.h>", line):
-                    yield f"{path.relative_to(root)}:{number}: the system is named outside {folder}/{home}"
+                    yield f"{path.relative_to(root)}:{number}: the system is named outside its platform folder"
 
 
 def code(path):
@@ -119,6 +119,7 @@ def self_test():
         "src/updatekelvar/b.cpp": '#include "updatepkg/x.h"\n#ifdef _WIN32\n#endif\n',
         "src/utils/c.cpp": '#include "tests/d.h"\nXLOG(logProgress, "update plugin, unheard of");\n',
         "sandbox/cli/e.cpp": "#include <windows.h>\n",
+        "examples/host/f.cpp": "#ifdef _WIN32\n",
         "docs/log-reference.md": "| `update plugin, never written` |\n",
         "tools/windowsdeps": 'libraries=(\n    "googletest googletest"\n)\nready_packages=(libcli11-dev)\n',
         "vcpkg.json": '{"dependencies": ["gtest", "zlib"]}',
@@ -131,6 +132,7 @@ def self_test():
         findings = "\n".join(run(root))
     wanted = ["a.h:1: platform may not include host/log.h", "b.cpp:1: updatekelvar may not include updatepkg/x.h",
               "b.cpp:2: the system is named", "c.cpp:1: utils may not include tests/d.h", "e.cpp:1: the system is named",
+              "f.cpp:1: the system is named",
               'log line "update plugin, unheard of" is not', 'no source writes "update plugin, never written"',
               "vcpkg.json: cli11 is missing", "vcpkg.json: zlib is not in"]
     return [f"self-test: not found: {text}" for text in wanted if text not in findings]

@@ -78,16 +78,6 @@ BuiltMaterial build(const Scenario& scenario, const MaterialPlan& plan,
     return material;
 }
 
-const BuiltMaterial& named(const std::vector<BuiltMaterial>& materials, const std::string& name) {
-    const auto found =
-        std::find_if(materials.begin(), materials.end(),
-                     [&](const BuiltMaterial& material) { return material.plan.name == name; });
-    if (found == materials.end()) {
-        throw std::runtime_error("there is no material \"" + name + "\"");
-    }
-    return *found;
-}
-
 std::string valueOf(const NamedValues& values, const std::string& name, const std::string& field) {
     const auto thing = values.find(name);
     if (thing == values.end()) {
@@ -183,19 +173,7 @@ Offer offerOf(const Scenario& scenario, const std::vector<BuiltMaterial>& materi
     return offer;
 }
 
-AnswerFault answerFault(const Json& told) {
-    AnswerFault fault;
-    fault.status = told.value("status", fault.status);
-    if (told.contains("body")) {
-        fault.body = told.at("body").get<std::string>();
-    }
-    if (told.contains("stopAt")) {
-        fault.stopAt = told.at("stopAt").get<std::size_t>();
-    }
-    return fault;
-}
-
-ExpectedRun expectedRunOf(const std::vector<BuiltMaterial>& materials, const Json& options) {
+ExpectedRun expectedRunOf(const Json& options) {
     const Json asks = options.value("asks", Json::object());
     ExpectedRun run;
     run.channel = asks.value("channel", "tulsar_upgrade_1.0");
@@ -203,14 +181,11 @@ ExpectedRun expectedRunOf(const std::vector<BuiltMaterial>& materials, const Jso
     run.oid = asks.value("oid", run.oid);
     run.id = asks.value("id", run.id);
     run.testSwitch = asks.value("test", false);
-    run.questions = options.value("questions", run.questions);
-    const Json faults = options.value("answers", Json::object());
-    for (const auto& [name, fault] : faults.items()) {
-        run.answerFaults[name] = answerFault(fault);
-    }
-    const Json cuts = options.value("cut", Json::object());
-    for (const auto& [name, bytes] : cuts.items()) {
-        run.cutFiles[named(materials, name).offered.fileId] = bytes.get<std::size_t>();
+    if (options.contains("questions")) {
+        const Json& told = options.at("questions");
+        run.questions = told.is_array() ? told.get<std::vector<std::size_t>>()
+                                        : std::vector{told.get<std::size_t>()};
+        run.isExact = true;
     }
     return run;
 }

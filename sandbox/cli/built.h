@@ -43,8 +43,6 @@ bool isNamed(const nlohmann::json& names, const std::string& name);
 /// What the platform offers in the run of that phase, and what it expects of the client.
 Offer offerOf(const Scenario& scenario, const std::vector<BuiltMaterial>& materials,
               const nlohmann::json& options);
-AnswerFault answerFault(const nlohmann::json& told);
-ExpectedRun expectedRunOf(const std::vector<BuiltMaterial>& materials,
-                          const nlohmann::json& options);
+ExpectedRun expectedRunOf(const nlohmann::json& options);
 
 } // namespace sandbox

@@ -18,11 +18,9 @@ constexpr std::size_t idDigits = 12;
 
 /// Writes the bytes into the storage; the id under which they lie there.
 std::string store(BuiltUpgrade& built, const std::filesystem::path& storage,
-                  const std::string& name, const std::string& file, const Bytes& bytes,
-                  const TransferFault& fault) {
+                  const std::string& name, const std::string& file, const Bytes& bytes) {
     std::string id = file + "-" + md5Of(bytes).substr(0, idDigits);
     writeBytes(storage / id, bytes);
-    built.faults[id] = fault;
     built.names[id] = name;
     return id;
 }
@@ -43,13 +41,12 @@ void buildPackage(BuiltUpgrade& built, std::uint64_t seed, const std::filesystem
     built.packageSize = bytes.size();
     OfferedPackage& offered = built.offer.package.emplace();
     offered.version = plan.served.version;
-    offered.fileId = store(built, storage, packageName, "setup", bytes, plan.served.fault);
+    offered.fileId = store(built, storage, packageName, "setup", bytes);
     offered.md5 = plan.served.md5.empty() ? md5Of(bytes) : plan.served.md5;
     offered.url = plan.served.url;
     offered.content = plan.content;
     offered.isForce = plan.isForce;
     offered.size = plan.announced.value_or(bytes.size());
-    offered.times = plan.times.value_or(offered.times);
 }
 
 void buildFile(BuiltUpgrade& built, const ServedFilePlan& plan, std::uint64_t seed,
@@ -59,7 +56,7 @@ void buildFile(BuiltUpgrade& built, const ServedFilePlan& plan, std::uint64_t se
     offered.type = plan.type;
     offered.name = plan.name;
     offered.version = plan.served.version;
-    offered.fileId = store(built, storage, plan.name, plan.name, bytes, plan.served.fault);
+    offered.fileId = store(built, storage, plan.name, plan.name, bytes);
     offered.md5 = plan.served.md5.empty() ? md5Of(bytes) : plan.served.md5;
     offered.url = plan.served.url;
     offered.size = bytes.size();
@@ -110,10 +107,6 @@ ExpectedUpgrade expectedUpgradeOf(const Scenario& scenario, const BuiltUpgrade& 
     for (const char* type : {"1000", "1001"}) {
         expected.files.emplace_back(std::stoi(type), files.value(type, noVersion));
     }
-    const Json answers = options.value("answers", Json::object());
-    expected.packageFault = answerFault(answers.value("package", Json::object()));
-    expected.fileFault = answerFault(answers.value("files", Json::object()));
-    expected.transfers = built.faults;
     return expected;
 }
 

@@ -16,9 +16,8 @@ struct BuiltUpgrade {
     UpgradePlan plan;
     UpgradeOffer offer;
     std::uint64_t packageSize = 0;
-    std::map<std::string, TransferFault> faults; ///< by file id
-    std::map<std::string, std::string> names;    ///< "package" or the file's, by file id
-    std::string address;                         ///< of the server
+    std::map<std::string, std::string> names; ///< "package" or the file's, by file id
+    std::string address;                      ///< of the server
 };
 
 /// Makes the files of the plan. The package's program is the system's own.

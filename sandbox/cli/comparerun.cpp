@@ -29,7 +29,7 @@ void compareDownloads(Comparison& comparison) {
 void compareNotifications(Comparison& comparison) {
     std::vector<std::string> got;
     for (const Json& event : comparison.facts.events) {
-        if (isKind(event, "notification") && event.value("type", 0) != packageType) {
+        if (isKind(event, "notification") && event.value("type", 0) != NC::packageType) {
             got.push_back("type " + std::to_string(event.value("type", 0)) + " " +
                           notifiedVersion(event));
         }
@@ -84,7 +84,7 @@ void reportComplaints(Comparison& comparison) {
 
 } // namespace
 
-void compareRun(Comparison& comparison) {
+void compareEnd(Comparison& comparison) {
     const int expectedExit = comparison.expect.value("hostExit", 0);
     if (comparison.facts.hostExit != expectedExit) {
         comparison.differ("exit status of the host", std::to_string(expectedExit),
@@ -92,10 +92,15 @@ void compareRun(Comparison& comparison) {
     }
     compareFailures(comparison);
     reportComplaints(comparison);
+    compareLog(comparison);
+}
+
+void compareRun(Comparison& comparison) {
+    compareEnd(comparison);
     compareDownloads(comparison);
     compareNotifications(comparison);
-    compareLog(comparison);
     compareUpgrade(comparison);
+    compareReports(comparison);
 }
 
 void comparePrograms(Comparison& comparison, const std::vector<std::string>& background) {

@@ -2,30 +2,23 @@
 
 #include "sandbox/cli/comparison.h"
 #include "sandbox/cli/notes.h"
-#include "sandbox/common/clientpath.h"
 
 namespace sandbox {
 namespace {
 
 using Json = nlohmann::json;
 
-constexpr int progressEvent = 102;
-constexpr int offerEvent = 100;
-/// Ticks of the host's clock between two reports, less what may lie between a tick and the
-/// line that tells of it.
-constexpr std::int64_t reportGap = 14400 - 400;
-
 /// The events of the channel in words; those of a transfer's progress as one.
 class EventWords {
 public:
     void add(const PackageNote& note) {
-        if (note.code == progressEvent) {
+        if (note.code == NC::eventDownloadProgress) {
             addProgress(note.text);
             return;
         }
         endProgress();
         words.push_back(std::to_string(note.code) +
-                        (note.code == offerEvent ? offerWords(note.text) : ""));
+                        (note.code == NC::eventUpgradeInfo ? offerWords(note.text) : ""));
     }
 
     std::vector<std::string> take() {
@@ -53,7 +46,8 @@ private:
 
     void endProgress() {
         if (inProgress) {
-            words.push_back("102 to " + std::to_string(last) + (isRising ? "" : ", not rising"));
+            words.push_back(std::to_string(NC::eventDownloadProgress) + " to " +
+                            std::to_string(last) + (isRising ? "" : ", not rising"));
         }
         inProgress = false;
         isRising = true;
@@ -107,38 +101,6 @@ void compareRequests(Comparison& comparison) {
     compareLists(comparison, "fileDownloads", textsOf(comparison.expect, "fileDownloads"), files);
 }
 
-/// What a report tells: who runs, and that it does. The versions are the client's own word.
-void compareReport(Comparison& comparison, const Json& event) {
-    const auto fields = event.value("fields", std::vector<std::string>());
-    const bool isWhole = fields.size() == 7 && fields[0].rfind("trayhost", 0) == 0 &&
-                         fields[1] == "run" && !fields[2].empty() &&
-                         (fields[4] == "1" || fields[4] == "2") && fields[5].empty() &&
-                         fields[6].empty();
-    if (!isWhole) {
-        comparison.differ("report", "trayhost, run, version, version, 1 or 2, -, -",
-                          joined(fields));
-    }
-}
-
-void compareReports(Comparison& comparison) {
-    std::vector<std::int64_t> times;
-    for (const Json& event : comparison.facts.events) {
-        if (isKind(event, "event")) {
-            compareReport(comparison, event);
-            times.push_back(event.value("t", std::int64_t{0}));
-            if (times.size() > 1 && times.back() - times[times.size() - 2] < reportGap) {
-                comparison.differ("reports", "14.4 s between two",
-                                  std::to_string(times.back() - times[times.size() - 2]) + " ms");
-            }
-        }
-    }
-    const std::size_t expected = comparison.expect.value("reports", std::size_t{0});
-    if (times.size() < expected) {
-        comparison.differ("reports", std::to_string(expected) + " at least",
-                          std::to_string(times.size()));
-    }
-}
-
 /// Programs that come at their own moment: how often, where the scenario tells it.
 void compareBackground(Comparison& comparison) {
     const Json counts = comparison.expect.value("background", Json::object());
@@ -159,7 +121,6 @@ void compareBackground(Comparison& comparison) {
 void compareUpgrade(Comparison& comparison) {
     compareEvents(comparison);
     compareRequests(comparison);
-    compareReports(comparison);
     compareBackground(comparison);
 }
 

@@ -71,10 +71,18 @@ void compareFiles(Comparison& comparison);
 void compareStores(Comparison& comparison);
 /// filelist.xml.
 void compareFileList(Comparison& comparison);
-/// The host's end, failures, complaints, downloads, notifications, log lines.
+/// In place of all of these: each file of the client is the one that it was or the one on
+/// offer, whole, and no version is told of a file that is not in place. With `mustBeComplete`,
+/// all that is on offer is in place, and nothing waits.
+void compareWhole(Comparison& comparison, bool mustBeComplete);
+/// The host's end, failures, complaints, log lines.
+void compareEnd(Comparison& comparison);
+/// These, and downloads, notifications, the other channels.
 void compareRun(Comparison& comparison);
-/// The package and file channels, the reports and the programs in the background.
+/// The package and file channels, and the programs in the background.
 void compareUpgrade(Comparison& comparison);
+/// What the client tells of itself, and how often.
+void compareReports(Comparison& comparison);
 /// Files whose content or version the scenario tells by itself.
 void compareContents(Comparison& comparison);
 /// Programs in the order of their starts; `background` may come at any moment.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -11,30 +12,35 @@ namespace sandbox {
 /// What a line says at a glance.
 enum class Mark { none, good, waits, no, starts, fault };
 
-/// Writes to standard output: marked lines, aligned tables, and on a terminal one line
-/// that is written over while something goes on. One thread.
+/// Writes for people: marked lines, aligned tables, and on a terminal one line that is written
+/// over while something goes on. What is wider than the terminal goes on below itself, and the
+/// cells of a table are shortened; elsewhere every line is whole. One thread.
 class Console {
 public:
-    explicit Console(Terminal terminal) : can(terminal) {}
+    using Cells = std::vector<std::string>;
+
+    /// The stream outlives the object.
+    Console(std::ostream& output, Terminal terminal) : stream(output), can(terminal) {}
 
     /// A line of its own in bold, after a blank one.
     void heading(const std::string& text);
     void line(const std::string& text);
     /// A line of columns; each is padded to its width, the last is not.
-    void row(Mark mark, const std::vector<std::string>& cells,
-             const std::vector<std::size_t>& widths);
+    void row(Mark mark, const Cells& cells, const std::vector<std::size_t>& widths);
     /// Shows a share of 0 to 1 behind `text` until the next line; terminals only.
     void progress(const std::string& text, double share);
     /// Rows under a line of titles, aligned; "none" for no rows.
-    void table(const std::vector<std::string>& titles,
-               const std::vector<std::vector<std::string>>& rows);
+    void table(const Cells& titles, const std::vector<Cells>& rows);
     std::string arrow() const { return can.unicode ? "\u2192" : "->"; }
 
 private:
     std::string sign(Mark mark) const;
+    std::vector<std::size_t> columnsOf(const Cells& titles, const std::vector<Cells>& rows) const;
+    void put(const std::string& text);
+    void putBelow(const std::string& lead, std::size_t leadWidth, const std::string& text);
     void clearProgress();
-    void print(const std::string& text);
 
+    std::ostream& stream;
     Terminal can;
     bool inProgress = false;
 };

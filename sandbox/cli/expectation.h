@@ -20,7 +20,12 @@ public:
     std::vector<std::string> compare(const nlohmann::json& expect, const PhaseFacts& facts,
                                      const BuiltUpgrade& upgrade, const ClientState& now);
 
+    /// The client as it was last compared, or laid out.
+    const ClientState& lastState() const { return before; }
+
 private:
+    void standOn(ClientState start);
+    void compareLoosely(Comparison& comparison);
     void takeOver(const nlohmann::json& expect, const PhaseFacts& facts);
     void takeOverRecord(const nlohmann::json& record, const BuiltUpgrade& upgrade);
     void takeOverRows(const nlohmann::json& rows);

@@ -64,4 +64,9 @@ std::vector<Holder> startHolders(const Scenario& scenario, const ClientSystem& s
     return holders;
 }
 
+Holder startHolder(const ClientSystem& system, const std::string& by, const std::string& file,
+                   std::size_t number) {
+    return start(system, by, {file}, number);
+}
+
 } // namespace sandbox

@@ -13,4 +13,8 @@ namespace sandbox {
 /// not get that far.
 std::vector<Holder> startHolders(const Scenario& scenario, const ClientSystem& system);
 
+/// The same of one program that keeps one file; `number` tells its output from that of others.
+Holder startHolder(const ClientSystem& system, const std::string& by, const std::string& file,
+                   std::size_t number);
+
 } // namespace sandbox

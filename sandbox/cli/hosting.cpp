@@ -17,8 +17,9 @@ bool Session::host() {
                     "\"xsandbox ui\" and \"xsandbox set\" reach it");
     Phase kept = *run;
     kept.script.clear(); // the user is there instead, and nothing is to go wrong
+    kept.faults.clear();
+    kept.isJudged = false;
     kept.options.erase("upgrade");
-    kept.options.erase("answers");
     kept.options["host"] = nlohmann::json::array();
     return runClient(kept).hostExit == 0;
 }

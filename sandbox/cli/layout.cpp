@@ -2,14 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <fstream>
 #include <stdexcept>
+#include <thread>
 
 #include "sandbox/cli/clientstate.h"
 #include "sandbox/cli/filebytes.h"
 #include "sandbox/cli/filelistxml.h"
 #include "sandbox/common/clientpath.h"
 #include "sandbox/common/jsonfile.h"
+#include "sandbox/platform/filelock.h"
 
 namespace sandbox {
 namespace {
@@ -24,6 +27,8 @@ constexpr std::array<const char*, 7> modules{"xnbase.dll",    "OrvBase.dll", "XN
 constexpr const char* channelModule = "OrvSecurityver.dll";
 /// A client path has less than 260 characters; this leaves room for files below.
 constexpr std::size_t longestClientPath = 160;
+constexpr auto endLimit = std::chrono::seconds(2);
+constexpr auto lookPause = std::chrono::milliseconds(20);
 
 void copyFile(const fs::path& from, const fs::path& to) {
     if (!fs::exists(from)) {
@@ -110,6 +115,17 @@ void writeStores(const Scenario& scenario, const ClientSystem& system, const std
 }
 
 } // namespace
+
+void refuseHosted(const Folders& folders) {
+    const auto end = std::chrono::steady_clock::now() + endLimit;
+    while (FileLock::isTaken(folders.hostLock())) {
+        if (std::chrono::steady_clock::now() > end) {
+            throw std::runtime_error("a host runs in " + folders.root().string() +
+                                     "; \"xsandbox stop\" ends it");
+        }
+        std::this_thread::sleep_for(lookPause);
+    }
+}
 
 void clearRunFolder(const Folders& folders) {
     const fs::path& root = folders.root();

@@ -19,4 +19,8 @@ void clearRunFolder(const Folders& folders);
 void layOutClient(const Scenario& scenario, const ClientSystem& system,
                   const std::filesystem::path& binaries, const std::string& address);
 
+/// Throws std::runtime_error when a host runs in the folder: it would go on writing into what is
+/// laid out anew. One that is just ending is waited for.
+void refuseHosted(const Folders& folders);
+
 } // namespace sandbox

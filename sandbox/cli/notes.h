@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/notificationcenter.h"
+
 /// The host's observations in words; shared by what is shown and what is compared.
 namespace sandbox {
 
@@ -15,16 +17,18 @@ std::string programText(const nlohmann::json& event);
 std::string notifiedVersion(const nlohmann::json& event);
 
 /// A record of type 7: what the user interface and the package channel tell each other.
-inline constexpr int packageType = 7;
 struct PackageNote {
     int code = 0;
     std::string text;
 
-    bool isEvent() const { return code >= 100; } ///< of the channel, and no command to it
+    bool isEvent() const { return code >= NC::eventUpgradeInfo; } ///< and no command
 };
 
 /// Nothing for another type or a damaged record.
 std::optional<PackageNote> packageNote(const nlohmann::json& event);
+
+/// The log line of an installation that the user started: it is confirmed without an event.
+bool isConfirmedSilently(const std::string& logText);
 
 bool isKind(const nlohmann::json& event, const char* kind);
 

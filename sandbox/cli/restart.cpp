@@ -1,45 +1,69 @@
 #include "sandbox/cli/restart.h"
 
+#include <algorithm>
+
 #include "sandbox/cli/runstate.h"
 #include "sandbox/common/clientpath.h"
 
 namespace sandbox {
 namespace {
 
-/// Client paths without the folder that they all begin with.
-std::string shortened(const std::string& path, const ClientSystem& system) {
-    const std::string client = toClientPath(system.spelled(system.folders().client())) + "\\";
-    return path.rfind(client, 0) == 0 ? path.substr(client.size()) : path;
-}
+using Json = nlohmann::json;
 
-} // namespace
+constexpr std::size_t sourceWidth = 40;
 
-bool restartMachine(ClientSystem& system, Console& console) {
-    for (const std::string& ended : endHolders(system)) {
+void tell(const MachineRestart& restart, Console& console) {
+    for (const std::string& ended : restart.ended) {
         console.row(Mark::good, {"ended " + ended}, {});
     }
-    const Restarted restarted = system.restart();
     std::size_t deletes = 0;
-    for (const PendingMove& move : restarted.waited) {
+    for (const PendingMove& move : restart.moves) {
         if (move.to.empty()) {
             ++deletes;
-            continue;
+        } else {
+            console.row(Mark::good, {move.from, console.arrow() + " " + move.to}, {sourceWidth});
         }
-        console.row(
-            Mark::good,
-            {shortened(move.from, system), console.arrow() + " " + shortened(move.to, system)},
-            {40});
     }
     if (deletes > 0) {
         console.row(Mark::good, {counted(deletes, "delete") + " of old files"}, {});
     }
-    if (restarted.waited.empty()) {
+    if (restart.moves.empty()) {
         console.row(Mark::none, {"nothing was waiting for a restart"}, {});
     }
-    for (const std::string& failure : restarted.failures) {
+    for (const std::string& failure : restart.failures) {
         console.row(Mark::fault, {failure}, {});
     }
-    return restarted.failures.empty();
+}
+
+} // namespace
+
+std::string belowClient(const std::string& path, const ClientSystem& system) {
+    const std::string client = toClientPath(system.spelled(system.folders().client())) + "\\";
+    return path.rfind(client, 0) == 0 ? path.substr(client.size()) : path;
+}
+
+MachineRestart restartMachine(ClientSystem& system, Console& console) {
+    MachineRestart restart;
+    restart.ended = endHolders(system);
+    Restarted done = system.restart();
+    for (const PendingMove& move : done.waited) {
+        restart.moves.push_back({belowClient(move.from, system), belowClient(move.to, system)});
+    }
+    restart.failures = std::move(done.failures);
+    tell(restart, console);
+    return restart;
+}
+
+Json membersOf(const PendingMove& move) {
+    return {{"from", move.from}, {"to", move.to.empty() ? Json(nullptr) : Json(move.to)}};
+}
+
+Json membersOf(const MachineRestart& restart) {
+    Json moves = Json::array();
+    for (const PendingMove& move : restart.moves) {
+        moves.push_back(membersOf(move));
+    }
+    return {{"ended", restart.ended}, {"moves", moves}, {"failures", restart.failures}};
 }
 
 } // namespace sandbox

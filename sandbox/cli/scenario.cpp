@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
+#include <set>
 #include <stdexcept>
 
+#include "sandbox/check/scenariocheck.h"
 #include "sandbox/cli/bulk.h"
 #include "sandbox/cli/scenariopart.h"
+#include "sandbox/cli/set.h"
 #include "sandbox/cli/upgradeplan.h"
 #include "sandbox/server/storage.h"
 
@@ -99,13 +103,13 @@ PlatformPlan readPlatform(const Json& json) {
 }
 
 void checkExpectation(const std::string& where, const Json& json) {
-    const ScenarioPart expect(where + "expect", json,
-                              {"materials",        "downloads",  "programs",      "notifications",
-                               "versions",         "versionsOf", "fileList",      "settings",
-                               "update",           "delayed",    "logs",          "hostExit",
-                               "events",           "record",     "background",    "packageChecks",
-                               "packageDownloads", "fileChecks", "fileDownloads", "contents",
-                               "fileVersions",     "reports",    "failures"});
+    const ScenarioPart expect(
+        where + "expect", json,
+        {"materials",     "downloads",        "programs",   "notifications", "versions",
+         "versionsOf",    "fileList",         "settings",   "update",        "delayed",
+         "logs",          "hostExit",         "events",     "record",        "background",
+         "packageChecks", "packageDownloads", "fileChecks", "fileDownloads", "contents",
+         "fileVersions",  "reports",          "failures",   "client",        "anything"});
     checkMembers(where + "fileList", expect.object("fileList"), {"entries", "of", "versionFile"});
     checkMembers(where + "delayed", expect.object("delayed"), {"replaces", "deletes"});
 }
@@ -113,20 +117,29 @@ void checkExpectation(const std::string& where, const Json& json) {
 /// What stands in a phase is read when its turn comes; here only that it can be meant.
 Phase readPhase(const Json& json) {
     const ScenarioPart part("a phase", json,
-                            {"do", "title", "expect", "asks", "offers", "questions", "answers",
-                             "cut", "host", "ui", "upgrade", "set"});
+                            {"do", "title", "expect", "asks", "offers", "questions", "faults",
+                             "host", "ui", "upgrade", "set"});
     const std::string kind = part.need<std::string>("do");
     if (kind != "run" && kind != "restart") {
         throw std::runtime_error("\"do\" is neither \"run\" nor \"restart\": " + kind);
     }
-    Phase phase{kind == "restart", part.text("title", kind.c_str()), json, part.object("expect"),
-                readScript(part.list("ui"))};
+    Phase phase{kind == "restart",     part.text("title", kind.c_str()), json,
+                part.object("expect"), readScript(part.list("ui")),      {}};
     const std::string where = "phase \"" + phase.title + "\", ";
     checkExpectation(where, phase.expect);
+    checkSet(part.object("set"));
     checkMembers(where + "asks", part.object("asks"),
                  {"channel", "version", "oid", "id", "test", "phone", "token", "clientVersion",
                   "osVersion", "files"});
     return phase;
+}
+
+std::set<std::string> namesOf(const PlatformPlan& platform) {
+    std::set<std::string> names;
+    for (const MaterialPlan& material : platform.materials) {
+        names.insert(material.name);
+    }
+    return names;
 }
 
 /// A list that names a material which is not there would only expect less.
@@ -153,7 +166,12 @@ Scenario readParsed(const Json& json) {
     scenario.upgrade = part.object("upgrade");
     for (const Json& step : part.need<std::vector<Json>>("phases")) {
         scenario.phases.push_back(readPhase(step));
-        const Phase& phase = scenario.phases.back();
+        Phase& phase = scenario.phases.back();
+        phase.faults =
+            readFaults(phase.options.value("faults", Json::array()), namesOf(scenario.platform));
+        if (phase.isRestart && !phase.faults.empty()) {
+            throw std::runtime_error("phase \"" + phase.title + "\": a restart has no faults");
+        }
         readUpgrade(upgradeIn(scenario.upgrade, phase.options));
         const Json fileList = phase.expect.value("fileList", Json::object());
         checkNames(scenario, phase.options.value("offers", Json()), "offers");
@@ -161,6 +179,15 @@ Scenario readParsed(const Json& json) {
         checkNames(scenario, fileList.value("of", Json()), "fileList, of");
     }
     return scenario;
+}
+
+/// Much is read when its turn comes only; what could not be meant is told before a step is done.
+void checkForm(const std::string& text) {
+    const std::vector<check::Mistake> mistakes = check::checkFormat(text, "");
+    if (!mistakes.empty()) {
+        throw std::runtime_error("line " + std::to_string(mistakes.front().line) + ": " +
+                                 mistakes.front().text);
+    }
 }
 
 /// What went wrong, without the JSON library's number in front.
@@ -185,8 +212,11 @@ Scenario readScenario(const std::filesystem::path& file) {
     if (!stream || std::filesystem::is_directory(file)) {
         throw std::runtime_error(file.string() + ": no such scenario");
     }
+    const std::string text(std::istreambuf_iterator<char>(stream), {});
     try {
-        return readParsed(Json::parse(stream));
+        Scenario scenario = readParsed(Json::parse(text));
+        checkForm(text);
+        return scenario;
     } catch (const std::exception& error) {
         throw std::runtime_error(file.string() + ": " + reasonOf(error));
     }

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "sandbox/cli/script.h"
+#include "sandbox/faults/fault.h"
 
 /// A scenario file in memory; sandbox/scenarios/README.md describes the format.
 namespace sandbox {
@@ -87,6 +88,8 @@ struct Phase {
     nlohmann::json options; ///< of a run: what the platform answers and expects
     nlohmann::json expect;
     std::vector<ScriptStep> script; ///< of a run: what happens while the host runs
+    std::vector<Fault> faults;      ///< of a run: what goes wrong in it
+    bool isJudged = true;           ///< not where a user keeps the host running
 };
 
 struct Scenario {

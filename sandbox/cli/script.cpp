@@ -1,12 +1,8 @@
 #include "sandbox/cli/script.h"
 
 #include <algorithm>
-#include <array>
-#include <stdexcept>
 
 #include "sandbox/cli/notes.h"
-#include "sandbox/cli/scenariopart.h"
-#include "sandbox/cli/uicommands.h"
 
 namespace sandbox {
 namespace {
@@ -14,63 +10,8 @@ namespace {
 using Json = nlohmann::json;
 using Kind = ScriptStep::Kind;
 
-struct Member {
-    const char* name;
-    Kind kind;
-    bool isNumber;
-};
-
-constexpr std::array<Member, 10> waits{{{"wait", Kind::waitEvent, true},
-                                        {"waitText", Kind::waitText, false},
-                                        {"waitLog", Kind::waitLog, false},
-                                        {"waitFailure", Kind::waitFailure, false},
-                                        {"waitProgram", Kind::waitProgram, false},
-                                        {"waitReport", Kind::waitReport, true},
-                                        {"waitRun", Kind::waitRun, true},
-                                        {"waitEnd", Kind::waitEnd, false},
-                                        {"waitVersion", Kind::waitVersion, false},
-                                        {"waitHeld", Kind::waitHeld, false}}};
-
-ScriptStep readCommand(const std::string& word) {
-    const auto code = commandOf(word);
-    if (!code) {
-        throw std::runtime_error("ui: there is no command \"" + word + "\"");
-    }
-    return {Kind::command, *code, "", {}, word};
-}
-
-ScriptStep readStep(const Json& json) {
-    if (json.is_string()) {
-        return readCommand(json.get<std::string>());
-    }
-    const ScenarioPart part("a step of ui", json,
-                            {"wait", "waitText", "waitLog", "waitFailure", "waitProgram",
-                             "waitReport", "waitRun", "waitEnd", "waitVersion", "waitHeld", "set",
-                             "release"});
-    ScriptStep step;
-    step.words = json.dump();
-    if (part.has("set")) {
-        step.kind = Kind::set;
-        step.change = part.object("set");
-        return step;
-    }
-    if (part.has("release")) {
-        step.kind = Kind::release;
-        return step;
-    }
-    for (const Member& wait : waits) {
-        if (part.has(wait.name)) {
-            step.kind = wait.kind;
-            step.number = wait.isNumber ? part.need<int>(wait.name) : 0;
-            step.text = wait.isNumber ? "" : part.text(wait.name);
-            return step;
-        }
-    }
-    throw std::runtime_error("a step of ui does nothing: " + step.words);
-}
-
 bool isDelivered(const Json& event, int code) {
-    return isKind(event, "delivered") && event.value("type", 0) == packageType &&
+    return isKind(event, "delivered") && event.value("type", 0) == NC::packageType &&
            event.value("code", 0) == code;
 }
 
@@ -106,14 +47,6 @@ bool isAwaited(const Json& event, const ScriptStep& step) {
 }
 
 } // namespace
-
-std::vector<ScriptStep> readScript(const Json& steps) {
-    std::vector<ScriptStep> read;
-    for (const Json& step : steps) {
-        read.push_back(readStep(step));
-    }
-    return read;
-}
 
 Script::Script(std::vector<ScriptStep> all, ScriptHands allHands)
     : steps(std::move(all)), hands(std::move(allHands)) {}
@@ -152,7 +85,8 @@ bool Script::carryOut(const ScriptStep& step) {
     }
 }
 
-/// Waits count from the moment in which the command has reached the client.
+/// Waits count from the sending: an answer may come before the word that the command was carried
+/// out.
 bool Script::send(const ScriptStep& step) {
     if (!sent) {
         hands.command(step.number);

@@ -10,6 +10,7 @@
 #include "sandbox/cli/restart.h"
 #include "sandbox/cli/runstate.h"
 #include "sandbox/cli/set.h"
+#include "sandbox/cli/storedasks.h"
 #include "sandbox/cli/uicommands.h"
 #include "sandbox/common/clientpath.h"
 
@@ -82,6 +83,7 @@ bool Session::run(std::size_t phases) {
 
 void Session::layOut() {
     console.heading(scenario.title);
+    refuseHosted(folders);
     const auto earlier = systemOf(folders);
     endHolders(*earlier);
     earlier->shutDown();
@@ -96,6 +98,7 @@ void Session::layOut() {
         std::make_unique<Expectation>(materials, readClient(system), scenario.client.background);
     hold();
     describe();
+    report.begin(scenario, scenarioFile, system);
 }
 
 void Session::build() {
@@ -154,12 +157,13 @@ Session::Offered Session::offeredIn(const Phase& phase) const {
 void Session::serve(const Phase& phase) {
     upgrade = buildUpgrade(readUpgrade(upgradeIn(scenario.upgrade, phase.options)), scenario,
                            system, binaries, platform->address());
-    ExpectedRun run = expectedRunOf(materials, phase.options);
+    const Json options = withStoredAsks(phase.options, expectation->lastState());
+    ExpectedRun run = expectedRunOf(options);
     if (scenario.platform.version.empty()) {
-        run.questions = 0;
+        run.questions = {0};
     }
-    platform->beginRun(offerOf(scenario, materials, phase.options), run, upgrade.offer,
-                       expectedUpgradeOf(scenario, upgrade, phase.options));
+    platform->beginRun(offerOf(scenario, materials, options), run, upgrade.offer,
+                       expectedUpgradeOf(scenario, upgrade, options), serverFaults(phase));
 }
 
 ScriptHands Session::hands() {
@@ -174,22 +178,27 @@ ScriptHands Session::hands() {
 PhaseFacts Session::runClient(const Phase& phase) {
     const Offered offered = offeredIn(phase);
     serve(phase);
+    dropCommands(folders); // that came as the last run ended
     if (phase.options.contains("set")) {
         applySet(folders, phase.options.at("set"));
     }
+    beginFaults(phase);
     RunView view(console, offered, upgrade, scenario.client.background);
     RowTracker tracker(offered, [&view](const Row& row) { view.row(row); });
     Script script(phase.script, hands());
     const auto output = folders.state() / ("host" + std::to_string(phasesDone + 1) + ".out");
-    HostResult result = runHost(system, hostArguments(phase), output, feed, tracker, view,
-                                phase.script.empty() ? nullptr : &script);
+    HostResult result =
+        runHost(system, hostArguments(phase), output,
+                {feed, tracker, view, phase.script.empty() ? nullptr : &script, phase.isJudged});
     PhaseFacts facts;
     facts.hostExit = result.exit;
     facts.events = std::move(result.events);
     facts.rows = tracker.all();
     facts.report = platform->endRun();
+    endFaults(phase, facts.report.complaints);
     facts.traces = result.traces;
     facts.missed = result.missed;
+    report.host(result, output, facts);
     console.heading("  Result");
     showSummary(facts);
     console.line("host ran " + secondsText(result.seconds) + ", peak memory " +
@@ -200,7 +209,7 @@ PhaseFacts Session::runClient(const Phase& phase) {
 PhaseFacts Session::restart() {
     PhaseFacts facts;
     facts.isRestart = true;
-    if (!restartMachine(system, console)) {
+    if (!restartMachine(system, console).isGood()) {
         facts.report.complaints.emplace_back("a delayed move failed");
     }
     return facts;
@@ -228,6 +237,7 @@ void Session::showSummary(const PhaseFacts& facts) {
 bool Session::conclude(const Phase& phase, const PhaseFacts& facts) {
     const std::vector<std::string> differences =
         expectation->compare(phase.expect, facts, upgrade, readClient(system));
+    report.step(phase, differences);
     RunState state = readRunState(folders);
     state.phase = ++phasesDone;
     saveRunState(folders, state);

@@ -11,6 +11,7 @@
 #include "sandbox/cli/hostrun.h"
 #include "sandbox/cli/scenario.h"
 #include "sandbox/cli/serverfeed.h"
+#include "sandbox/cli/sessionreport.h"
 
 namespace sandbox {
 
@@ -35,6 +36,9 @@ public:
 
     void keepHolders() { keep = true; }
 
+    /// What is to be told to programs of what was carried out.
+    const SessionReport& told() const { return report; }
+
 private:
     using Offered = std::vector<const BuiltMaterial*>;
 
@@ -44,6 +48,9 @@ private:
     void describe();
     Offered offeredIn(const Phase& phase) const;
     void serve(const Phase& phase);
+    void beginFaults(const Phase& phase);
+    RunFaults serverFaults(const Phase& phase);
+    void endFaults(const Phase& phase, std::vector<std::string>& complaints);
     ScriptHands hands();
     PhaseFacts runClient(const Phase& phase);
     PhaseFacts restart();
@@ -63,6 +70,7 @@ private:
     BuiltUpgrade upgrade; ///< of the current phase
     std::unique_ptr<Expectation> expectation;
     std::size_t phasesDone = 0;
+    SessionReport report;
 };
 
 } // namespace sandbox

@@ -1,161 +1,149 @@
 #include "sandbox/cli/show.h"
 
-#include <algorithm>
-#include <optional>
-
-#include "sandbox/cli/clientstate.h"
-#include "sandbox/cli/eventtail.h"
-#include "sandbox/cli/layout.h"
-#include "sandbox/cli/notes.h"
-#include "sandbox/cli/runstate.h"
-#include "sandbox/common/clientpath.h"
-#include "sandbox/common/jsonfile.h"
+#include <functional>
 
 namespace sandbox {
 namespace {
 
-using Rows = std::vector<std::vector<std::string>>;
+using Json = nlohmann::json;
 
 constexpr std::size_t longestValue = 72;
 
-std::string valueText(const std::string& text) {
+std::string brief(const std::string& text) {
     return text.size() <= longestValue ? text : text.substr(0, longestValue - 3) + "...";
 }
 
-void showFiles(const ClientState& state, Console& console) {
-    Rows rows;
-    for (const auto& [key, file] : state.files) {
-        const std::string version = state.versionAt(file.path).value_or("");
-        const char* source = !file.peVersion.empty() ? "image" : version.empty() ? "" : "store";
-        rows.push_back({file.path, sizeText(file.size), version, source});
-    }
-    console.heading("Files of the client");
-    console.table({"file", "size", "version", "from"}, rows);
+std::string textOf(const Json& value) {
+    return value.is_string() ? value.get<std::string>() : value.is_null() ? "" : value.dump();
 }
 
-void showStores(const ClientState& state, Console& console) {
-    Rows versions;
-    for (const auto& [path, version] : state.versions) {
-        versions.push_back({path, version});
-    }
-    console.heading("Version store");
-    console.table({"path", "version"}, versions);
-    Rows settings;
-    for (const auto& [key, value] : state.settings.items()) {
-        settings.push_back({key, valueText(value.dump())});
-    }
-    console.heading("Settings");
-    console.table({"key", "value"}, settings);
+/// Shows a text apart from a number of the same digits.
+std::string briefJson(const Json& value) {
+    return brief(value.dump());
 }
 
-void showFileList(const ClientState& state, const Folders& folders, bool all, Console& console) {
-    const auto first = readFileList(firstFileListPath(folders));
-    Rows rows;
-    for (const auto& [key, entry] : state.listed) {
-        const auto was = first.find(key);
-        const bool isNew = was == first.end();
-        if (all || isNew || !(was->second == entry)) {
-            rows.push_back({entry.name, isNew ? "(none)" : was->second.version, entry.version,
-                            entry.isPe, entry.size, entry.md5});
-        }
-    }
-    console.heading("filelist.xml: " + counted(state.listed.size(), "entry") +
-                    (all ? "" : ", " + std::to_string(rows.size()) + " of them new or changed"));
-    console.table({"name", "was", "version", "PE", "size", "md5"}, rows);
-}
+/// A column of a table: a member of each element, in words.
+struct Column {
+    const char* title;
+    const char* member;
+    std::function<std::string(const Json&)> words = textOf;
+};
 
-void showWaiting(const ClientState& state, const ClientSystem& system, Console& console) {
-    Rows waiting;
-    for (const auto& [target, file] : state.padding()) {
-        // A file out of a cabinet that waits with its group is listed with a leading "\\".
-        const std::string name = file.substr(std::min(file.find_first_not_of('\\'), file.size()));
-        const bool there = state.update.count(comparablePath(name)) != 0;
-        waiting.push_back({target, "update\\" + name, there ? "waits" : "gone"});
-    }
-    console.heading("Padding list");
-    console.table({"target", "waiting file", "state"}, waiting);
-    Rows moves;
-    const std::string client = toClientPath(system.spelled(system.folders().client())) + "\\";
-    const auto brief = [&](const std::string& path) {
-        return path.rfind(client, 0) == 0 ? path.substr(client.size()) : path;
+std::function<std::string(const Json&)> either(const char* yes, const char* no) {
+    return [yes, no](const Json& value) {
+        return value.get<bool>() ? yes : no;
     };
-    for (const PendingMove& move : state.pending.moves) {
-        moves.push_back({brief(move.from), move.to.empty() ? "(delete)" : brief(move.to)});
-    }
-    console.heading("Left to the next restart");
-    console.table({"from", "to"}, moves);
-    for (const std::string& fault : state.pending.faults) {
-        console.row(Mark::fault, {fault}, {});
-    }
 }
 
-void showTraces(const Folders& folders, Console& console) {
-    std::vector<std::filesystem::path> files;
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(tracesFolder(folders), error)) {
-        files.push_back(entry.path());
+std::function<std::string(const Json&)> orElse(const char* absent) {
+    return [absent](const Json& value) {
+        return value.is_null() ? absent : textOf(value);
+    };
+}
+
+std::string sizeWords(const Json& value) {
+    return sizeText(value.get<std::uint64_t>());
+}
+
+std::string inOneLine(const Json& arguments) {
+    std::string line;
+    for (const Json& argument : arguments) {
+        line += (line.empty() ? "" : " ") + textOf(argument);
     }
-    std::sort(files.begin(), files.end());
-    Rows rows;
-    for (const auto& file : files) {
-        const auto trace = readJson(file).value_or(nlohmann::json::object());
-        std::string arguments;
-        for (const auto& argument : trace.value("arguments", nlohmann::json::array())) {
-            arguments += (arguments.empty() ? "" : " ") + argument.get<std::string>();
+    return line;
+}
+
+void showList(const std::string& heading, const Json& elements, const std::vector<Column>& columns,
+              Console& console) {
+    Console::Cells titles;
+    for (const Column& column : columns) {
+        titles.emplace_back(column.title);
+    }
+    std::vector<Console::Cells> rows;
+    for (const Json& element : elements) {
+        Console::Cells cells;
+        for (const Column& column : columns) {
+            cells.push_back(column.words(element.at(column.member)));
         }
-        rows.push_back({toClientPath(trace.value("program", "")), arguments});
+        rows.push_back(std::move(cells));
     }
-    console.heading("Traces of started programs");
-    console.table({"program", "arguments"}, rows);
+    console.heading(heading);
+    console.table(titles, rows);
 }
 
-std::string packageWords(const PackageNote& note) {
-    return (note.isEvent() ? "event " : "command ") + std::to_string(note.code) + " " +
-           valueText(note.text);
+void showMap(const char* heading, const Console::Cells& titles, const Json& members,
+             std::string (*words)(const Json&), Console& console) {
+    std::vector<Console::Cells> rows;
+    for (const auto& [name, content] : members.items()) {
+        rows.push_back({name, words(content)});
+    }
+    console.heading(heading);
+    console.table(titles, rows);
 }
 
-void showEvents(const Folders& folders, Console& console) {
-    Rows programs;
-    Rows notifications;
-    for (const auto& event : EventTail(folders.events()).next()) {
-        if (isKind(event, "process")) {
-            programs.push_back({programText(event),
-                                event.value("started", false) ? "started" : "no such program"});
-        } else if (isKind(event, "notification")) {
-            const auto note = packageNote(event);
-            notifications.push_back({std::to_string(event.value("type", 0)),
-                                     std::to_string(event.value("size", 0)),
-                                     note ? packageWords(*note) : notifiedVersion(event)});
-        }
+void showNotifications(const Json& notifications, Console& console) {
+    std::vector<Console::Cells> rows;
+    for (const Json& told : notifications) {
+        const Json& code = told.at("code");
+        const std::string text = brief(textOf(told.at("text")));
+        const bool isEvent = code.is_number() && code >= 100;
+        rows.push_back(
+            {textOf(told.at("type")), textOf(told.at("bytes")),
+             code.is_null() ? text : (isEvent ? "event " : "command ") + code.dump() + " " + text});
     }
-    console.heading("Programs asked for");
-    console.table({"program", "outcome"}, programs);
     console.heading("Notifications");
-    console.table({"type", "bytes", "content"}, notifications);
+    console.table({"type", "bytes", "content"}, rows);
 }
 
-void showHolders(const ClientSystem& system, Console& console) {
-    Rows rows;
-    for (const Holder& holder : readRunState(system.folders()).holders) {
-        const bool runs = system.runs(holder.id, holder.program);
-        rows.push_back({holder.file, std::to_string(holder.id), runs ? "runs" : "has ended"});
+void showFileList(const Json& picture, bool allEntries, Console& console) {
+    const Json& entries = picture.at("fileList");
+    showList(
+        "filelist.xml: " + counted(picture.at("fileListEntries"), "entry") +
+            (allEntries ? "" : ", " + std::to_string(entries.size()) + " of them new or changed"),
+        entries,
+        {{"name", "name"},
+         {"was", "was", orElse("(none)")},
+         {"version", "version"},
+         {"PE", "isPe"},
+         {"size", "size"},
+         {"md5", "md5"}},
+        console);
+}
+
+void showWaiting(const Json& picture, Console& console) {
+    showList("Padding list", picture.at("padding"),
+             {{"target", "target"},
+              {"waiting file", "file"},
+              {"state", "isThere", either("waits", "gone")}},
+             console);
+    showList("Left to the next restart", picture.at("moves"),
+             {{"from", "from"}, {"to", "to", orElse("(delete)")}}, console);
+    for (const Json& fault : picture.at("faults")) {
+        console.row(Mark::fault, {textOf(fault)}, {});
     }
-    console.heading("Files in use");
-    console.table({"file", "process", "state"}, rows);
 }
 
 } // namespace
 
-void showRun(const ClientSystem& system, bool allEntries, Console& console) {
-    const Folders& folders = system.folders();
-    const ClientState state = readClient(system);
-    showFiles(state, console);
-    showFileList(state, folders, allEntries, console);
-    showStores(state, console);
-    showHolders(system, console);
-    showWaiting(state, system, console);
-    showEvents(folders, console);
-    showTraces(folders, console);
+void showPicture(const Json& picture, bool allEntries, Console& console) {
+    showList(
+        "Files of the client", picture.at("files"),
+        {{"file", "file"}, {"size", "size", sizeWords}, {"version", "version"}, {"from", "from"}},
+        console);
+    showFileList(picture, allEntries, console);
+    showMap("Version store", {"path", "version"}, picture.at("versions"), textOf, console);
+    showMap("Settings", {"key", "value"}, picture.at("settings"), briefJson, console);
+    showList(
+        "Files in use", picture.at("holders"),
+        {{"file", "file"}, {"process", "process"}, {"state", "runs", either("runs", "has ended")}},
+        console);
+    showWaiting(picture, console);
+    showList("Programs asked for", picture.at("programs"),
+             {{"program", "program"}, {"outcome", "started", either("started", "no such program")}},
+             console);
+    showNotifications(picture.at("notifications"), console);
+    showList("Traces of started programs", picture.at("traces"),
+             {{"program", "program"}, {"arguments", "arguments", inOneLine}}, console);
 }
 
 } // namespace sandbox

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "sandbox/cli/clientsystem.h"
+#include <nlohmann/json.hpp>
+
 #include "sandbox/cli/console.h"
 
 namespace sandbox {
 
-/// Shows what stands in the folder of a run: files with versions, the stores,
-/// filelist.xml (the entries that changed, or all), what waits for a restart, started
-/// programs, notifications.
-void showRun(const ClientSystem& system, bool allEntries, Console& console);
+/// Shows a run's picture as tables: files with versions, filelist.xml, the stores, what waits
+/// for a restart, started programs, notifications. `allEntries` as the picture was made.
+void showPicture(const nlohmann::json& picture, bool allEntries, Console& console);
 
 } // namespace sandbox

@@ -8,6 +8,7 @@
 #include "sandbox/cli/uicommands.h"
 #include "sandbox/cli/uiscript.h"
 #include "sandbox/cli/uiview.h"
+#include "sandbox/cli/upgraderecord.h"
 #include "sandbox/platform/filelock.h"
 #include "sandbox/platform/keyboard.h"
 #include "sandbox/platform/stopsignal.h"
@@ -17,6 +18,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr auto keyPause = std::chrono::milliseconds(20);
+constexpr auto arrivalLimit = std::chrono::seconds(60); // a busy machine's, and no answer
 
 struct Key {
     char key;
@@ -69,28 +71,34 @@ void awaitHost(const Folders& folders, Console& console, std::chrono::seconds li
     }
 }
 
-bool doWords(const Folders& folders, const std::vector<std::string>& words, Console& console,
-             std::chrono::seconds limit) {
+std::vector<WordDone> doWords(const Folders& folders, const std::vector<std::string>& words,
+                              Console& console, std::chrono::seconds limit) {
     UiScript script(folders, words);
     UiView view(folders, console);
     EventTail tail(folders.events());
     tail.next(); // what came before
-    while (script.begin()) {
-        const auto end = Clock::now() + limit;
-        while (!script.isAnswered() && Clock::now() < end && isHosted(folders)) {
-            std::this_thread::sleep_for(keyPause);
-            for (const nlohmann::json& event : tail.next()) {
-                show(event, view);
-                script.see(event);
+    std::vector<WordDone> done;
+    while ((done.empty() || done.back().fault.empty()) && script.begin()) {
+        const auto follow = [&](auto isDone, std::chrono::seconds time) {
+            const auto end = Clock::now() + time;
+            while (!isDone() && Clock::now() < end && isHosted(folders)) {
+                std::this_thread::sleep_for(keyPause);
+                for (const nlohmann::json& event : tail.next()) {
+                    show(event, view);
+                    script.see(event);
+                }
             }
+        };
+        follow([&] { return script.hasArrived(); }, arrivalLimit);
+        follow([&] { return script.isAnswered() || !script.hasArrived(); }, limit);
+        std::string fault = script.fault();
+        if (!fault.empty()) {
+            fault += isHosted(folders) ? "" : "; the host has ended";
+            console.row(Mark::fault, {fault}, {});
         }
-        if (const std::string fault = script.fault(); !fault.empty()) {
-            console.row(Mark::fault, {fault + (isHosted(folders) ? "" : "; the host has ended")},
-                        {});
-            return false;
-        }
+        done.push_back({words[done.size()], fault});
     }
-    return true;
+    return done;
 }
 
 void runUi(const Folders& folders, Console& console) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
-#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -15,33 +14,48 @@
 namespace sandbox {
 namespace {
 
-constexpr std::array<std::pair<const char*, NC::PackageCode>, 5> commands{
-    {{"check", NC::commandCheck},
-     {"download", NC::commandDownload},
-     {"install", NC::commandInstall},
-     {"ignore", NC::commandIgnore},
-     {"cancel", NC::commandCancel}}};
+struct Command {
+    const char* word;
+    NC::PackageCode code;
+    const char* meaning;
+};
+
+constexpr std::array<Command, 5> commands{{
+    {"check", NC::commandCheck, "ask for an offer"},
+    {"download", NC::commandDownload, "fetch the package; before a cancel only its first percent"},
+    {"install", NC::commandInstall, "start the package's setup"},
+    {"ignore", NC::commandIgnore, "take the offered version as one to be ignored"},
+    {"cancel", NC::commandCancel, "break the download off"},
+}};
 
 } // namespace
 
 std::optional<int> commandOf(const std::string& word) {
-    const auto found = std::find_if(commands.begin(), commands.end(),
-                                    [&](const auto& command) { return word == command.first; });
-    return found == commands.end() ? std::nullopt : std::optional<int>(found->second);
+    const auto* found = std::find_if(commands.begin(), commands.end(),
+                                     [&](const Command& command) { return word == command.word; });
+    return found == commands.end() ? std::nullopt : std::optional<int>(found->code);
 }
 
 std::string wordOfCommand(int code) {
-    const auto found = std::find_if(commands.begin(), commands.end(),
-                                    [&](const auto& command) { return code == command.second; });
-    return found == commands.end() ? "" : found->first;
+    const auto* found = std::find_if(commands.begin(), commands.end(),
+                                     [&](const Command& command) { return code == command.code; });
+    return found == commands.end() ? "" : found->word;
 }
 
 std::string wordsOfCommands() {
     std::string words;
-    for (const auto& [word, code] : commands) {
-        words += (words.empty() ? "" : ", ") + std::string(word);
+    for (const Command& command : commands) {
+        words += (words.empty() ? "" : ", ") + std::string(command.word);
     }
     return words;
+}
+
+std::string helpOfCommands() {
+    std::string lines;
+    for (const Command& command : commands) {
+        lines += std::string("  ") + command.word + ": " + command.meaning + "\n";
+    }
+    return lines;
 }
 
 void sendCommand(const Folders& folders, int code) {

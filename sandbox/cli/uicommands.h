@@ -17,6 +17,9 @@ std::string wordOfCommand(int code);
 /// All of them, for messages.
 std::string wordsOfCommands();
 
+/// The same with what each asks for, a line each.
+std::string helpOfCommands();
+
 /// Sends a command into the notification centre of the run's host, which may start later;
 /// it arrives once, and commands arrive in their order. Any process. Throws
 /// std::runtime_error when the file of the commands cannot be written.

@@ -5,14 +5,9 @@
 #include "host/notificationcenter.h"
 #include "host/settings.h"
 #include "sandbox/cli/uicommands.h"
+#include "sandbox/cli/upgraderecord.h"
 
 namespace sandbox {
-namespace {
-
-/// An installation that the user started is confirmed without an event.
-constexpr const char* confirmedLine = "update plugin, pkg, task check, not logined or ui upgrade.";
-
-} // namespace
 
 UiScript::UiScript(const Folders& runFolders, const std::vector<std::string>& words)
     : folders(runFolders), all(words) {
@@ -40,7 +35,7 @@ void UiScript::see(const nlohmann::json& event) {
     const bool isPackage = event.value("type", 0) == NC::packageType;
     if (isKind(event, "delivered") && isPackage && event.value("code", 0) == commandOf(word)) {
         arrived = true;
-    } else if (isKind(event, "log") && event.value("text", "").starts_with(confirmedLine)) {
+    } else if (isKind(event, "log") && isConfirmedSilently(event.value("text", ""))) {
         confirmed = true;
     } else if (isKind(event, "setting") &&
                event.value("key", "") == settingkeys::ignoreVersionList) {
@@ -82,7 +77,7 @@ std::string UiScript::fault() const {
     if (!isAnswered()) {
         return word + ": " + awaited();
     }
-    const bool hasPackage = storedStatus(folders) == packageOnDisk;
+    const bool hasPackage = statusOf(storedRecord(folders)) == packageOnDisk;
     if (is("download") && !isToBeCancelled() && !hasPackage) {
         return word + ": has ended without the package";
     }

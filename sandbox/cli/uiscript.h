@@ -28,6 +28,9 @@ public:
     /// Takes an observation of the host.
     void see(const nlohmann::json& event);
 
+    /// Whether the current word's command has arrived, and the channel has carried it out.
+    bool hasArrived() const { return arrived; }
+
     /// Whether the answer to the current word has come.
     bool isAnswered() const;
 
@@ -45,7 +48,7 @@ private:
     const std::vector<std::string> all;
     std::size_t next = 0;
     std::string word;
-    bool arrived = false;   ///< the command, and the channel has carried it out
+    bool arrived = false;   ///< see hasArrived
     bool confirmed = false; ///< an installation that needs no event
     bool listed = false;    ///< the list of ignored versions was stored
     std::set<int> codes;    ///< of events; for "cancel" since its download began

@@ -1,12 +1,10 @@
 #include "sandbox/cli/uiview.h"
 
-#include <array>
 #include <cstdlib>
 
 #include "host/notificationcenter.h"
-#include "host/settings.h"
 #include "sandbox/cli/uicommands.h"
-#include "sandbox/common/jsonfile.h"
+#include "sandbox/cli/upgraderecord.h"
 
 namespace sandbox {
 namespace {
@@ -15,35 +13,7 @@ using Json = nlohmann::json;
 
 constexpr std::size_t wordWidth = 10;
 
-/// By the record's status.
-constexpr std::array<const char*, 7> states{"nothing is known of it",
-                                            "can be downloaded",
-                                            "is being downloaded",
-                                            "is on disk and can be installed",
-                                            "its setup was started",
-                                            "is installed",
-                                            "what is on disk is not the announced package"};
-
-std::string stateOf(const Json& record) {
-    const auto status = record.value("status", std::size_t{0});
-    return status < states.size() ? states[status] : "status " + std::to_string(status);
-}
-
-Json objectOf(const std::string& text) {
-    Json record = Json::parse(text, nullptr, false);
-    return record.is_object() ? record : Json::object();
-}
-
 } // namespace
-
-Json storedRecord(const Folders& folders) {
-    const Json settings = readJson(folders.settings()).value_or(Json::object());
-    return objectOf(settings.value(settingkeys::upgrade, ""));
-}
-
-int storedStatus(const Folders& folders) {
-    return storedRecord(folders).value("status", 0);
-}
 
 void UiView::offer(const Json& record) {
     const std::string version = record.value("version", "");
@@ -54,7 +24,7 @@ void UiView::offer(const Json& record) {
     console.row(Mark::good,
                 {"offer", version + ", " + sizeText(record.value("fileSize", std::uint64_t{0})) +
                               (record.value("isForce", false) ? ", urgent" : "") + ": " +
-                              stateOf(record)},
+                              stateText(record)},
                 {wordWidth});
     if (const std::string notes = record.value("content", ""); !notes.empty()) {
         console.row(Mark::none, {"notes", notes}, {wordWidth});
@@ -64,7 +34,7 @@ void UiView::offer(const Json& record) {
 void UiView::note(const PackageNote& note) {
     switch (note.code) {
     case NC::eventUpgradeInfo:
-        return offer(objectOf(note.text));
+        return offer(recordOf(note.text));
     case NC::eventDownloadStart:
         percent.clear();
         return console.row(Mark::starts, {"download", "begins"}, {wordWidth});
@@ -89,10 +59,10 @@ void UiView::progress(const std::string& text) {
 /// The event is the same after success and failure; the stored record tells.
 void UiView::finish() {
     const Json record = storedRecord(folders);
-    const bool isThere = record.value("status", 0) == packageOnDisk;
+    const bool isThere = statusOf(record) == packageOnDisk;
     console.row(isThere ? Mark::good : Mark::fault,
                 {"download", "has ended" + (percent.empty() ? "" : " at " + percent + " %") + ": " +
-                                 (record.empty() ? "nothing is offered" : stateOf(record))},
+                                 (record.empty() ? "nothing is offered" : stateText(record))},
                 {wordWidth});
 }
 

@@ -10,15 +10,6 @@
 
 namespace sandbox {
 
-/// Value of a record's `status`: the package is there and is the announced one.
-inline constexpr int packageOnDisk = 3;
-
-/// The upgrade record as the settings store holds it; an empty object for none.
-nlohmann::json storedRecord(const Folders& folders);
-
-/// The number of its `status`; 0 without a record.
-int storedStatus(const Folders& folders);
-
 /// What a client's user interface shows of the package channel: the offer, the download and
 /// what became of it. One thread.
 class UiView {

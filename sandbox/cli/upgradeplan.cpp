@@ -5,11 +5,15 @@
 #include <stdexcept>
 
 #include "sandbox/cli/scenariopart.h"
+#include "sandbox/doctor/dottedversion.h"
 
 namespace sandbox {
 namespace {
 
 using Json = nlohmann::json;
+
+/// Its setup gives the client the version resource of that version.
+constexpr std::size_t packageParts = 4;
 
 struct TypeName {
     int type;
@@ -32,29 +36,29 @@ std::optional<Number> number(const ScenarioPart& part, const char* member) {
 
 ServedPlan readServed(const ScenarioPart& part) {
     ServedPlan served;
-    served.version = part.text("version");
+    served.version = part.need<std::string>("version");
     served.md5 = part.text("md5");
     if (part.has("url")) {
         served.url = part.text("url");
     }
-    served.fault.status = part.get("status", served.fault.status);
-    served.fault.stopAt = number<std::uint64_t>(part, "stopAt");
-    served.fault.holdAt = number<std::uint64_t>(part, "holdAt");
     return served;
 }
 
 PackagePlan readPackage(const Json& json) {
-    const ScenarioPart part("the package", json,
-                            {"version", "size", "content", "isForce", "announced", "times", "fails",
-                             "files", "md5", "url", "status", "stopAt", "holdAt"});
+    const ScenarioPart part(
+        "the package", json,
+        {"version", "size", "content", "isForce", "announced", "fails", "files", "md5", "url"});
     PackagePlan package;
     package.served = readServed(part);
+    if (const std::string& version = package.served.version;
+        !isDottedVersion(version) || partsOf(version) != packageParts) {
+        throw std::runtime_error("the package: a version of four parts, not \"" + version + "\"");
+    }
     package.size = part.need<std::size_t>("size");
     package.announced = number<std::uint64_t>(part, "announced");
     package.content = part.text("content");
     package.isForce = part.get("isForce", false);
     package.fails = part.get("fails", false);
-    package.times = number<std::size_t>(part, "times");
     for (const Json& file : part.list("files")) {
         const ScenarioPart one("a file of the package", file, {"path", "kind", "version", "size"});
         package.files.push_back({one.need<std::string>("path"), readFilePlan(one)});
@@ -63,9 +67,8 @@ PackagePlan readPackage(const Json& json) {
 }
 
 ServedFilePlan readServedFile(const Json& json) {
-    const ScenarioPart part(
-        "a file of the upgrade server", json,
-        {"type", "version", "size", "md5", "url", "status", "stopAt", "holdAt"});
+    const ScenarioPart part("a file of the upgrade server", json,
+                            {"type", "version", "size", "md5", "url"});
     ServedFilePlan file;
     file.served = readServed(part);
     file.type = part.need<int>("type");

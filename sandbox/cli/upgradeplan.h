@@ -17,7 +17,6 @@ struct ServedPlan {
     std::string version;
     std::string md5;                ///< as announced, when not the right one
     std::optional<std::string> url; ///< likewise
-    TransferFault fault;
 };
 
 /// The whole-client package.
@@ -28,7 +27,6 @@ struct PackagePlan {
     std::string content;
     bool isForce = false;
     bool fails = false; ///< its setup changes nothing
-    std::optional<std::size_t> times;
     std::vector<ClientFile> files; ///< that its setup puts in place
 };
 

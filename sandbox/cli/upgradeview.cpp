@@ -1,6 +1,10 @@
 #include "sandbox/cli/upgradeview.h"
 
-#include <array>
+#include <cstdlib>
+
+#include "host/notificationcenter.h"
+#include "sandbox/cli/uicommands.h"
+#include "sandbox/cli/upgraderecord.h"
 
 namespace sandbox {
 namespace {
@@ -9,22 +13,6 @@ constexpr const char* packageSection = "Package";
 constexpr const char* fileSection = "File channel";
 constexpr const char* setupFile = "update\\setup.exe";
 constexpr std::size_t columnWidth = 13;
-
-constexpr std::array<const char*, 6> commandWords{"",        "check",  "download",
-                                                  "install", "ignore", "cancel"};
-/// By the record's status.
-constexpr std::array<const char*, 7> statusWords{"nothing known",
-                                                 "to be fetched",
-                                                 "being fetched",
-                                                 "fetched",
-                                                 "setup was started",
-                                                 "installed",
-                                                 "fetched, but not the announced bytes"};
-
-std::string stateText(int status) {
-    const auto at = static_cast<std::size_t>(status);
-    return at < statusWords.size() ? statusWords[at] : "status " + std::to_string(status);
-}
 
 } // namespace
 
@@ -35,7 +23,7 @@ bool UpgradeView::platform(const PlatformEvent& event) {
     switch (event.kind) {
     case PlatformEvent::Kind::packageCheck:
         if (built.offer.package) {
-            sections.rowAside(packageSection, Mark::good, {"asked", event.detail}, {columnWidth});
+            tell(Mark::good, "asked", event.detail);
         }
         return true;
     case PlatformEvent::Kind::fileCheck:
@@ -73,8 +61,8 @@ bool UpgradeView::host(const nlohmann::json& event) {
     }
     if (isKind(event, "process") && event.value("file", "") == setupFile) {
         endProgress();
-        sections.rowAside(packageSection, event.value("started", false) ? Mark::starts : Mark::no,
-                          {"started", programText(event)}, {columnWidth});
+        tell(event.value("started", false) ? Mark::starts : Mark::no, "started",
+             programText(event));
         return true;
     }
     if (isKind(event, "event")) {
@@ -90,49 +78,48 @@ bool UpgradeView::host(const nlohmann::json& event) {
 }
 
 void UpgradeView::log(const std::string& text) {
-    // Where nobody is told, only the log says that the check has found the new version.
-    if (text.rfind("update plugin, pkg, task check, not logined or ui upgrade.", 0) == 0) {
-        sections.rowAside(packageSection, Mark::good, {"installed", "as the client's version says"},
-                          {columnWidth});
+    if (isConfirmedSilently(text)) {
+        tell(Mark::good, "installed", "as the client's version says");
     }
 }
 
 void UpgradeView::note(const PackageNote& told) {
-    if (told.code == 102) {
+    if (told.code == NC::eventDownloadProgress) {
         percent = told.text;
         sections.progressAside(packageSection, "package  " + percent + " %",
                                std::strtod(percent.c_str(), nullptr) / 100);
         return;
     }
     endProgress();
-    if (told.code == 100) {
-        offered(told.text);
-    } else if (told.code == 104) {
-        sections.rowAside(packageSection, Mark::starts, {"install", "has begun"}, {columnWidth});
-    } else if (told.code == 103) {
-        sections.rowAside(packageSection, Mark::none, {"download", "has ended"}, {columnWidth});
-    } else if (told.code > 0 && told.code < static_cast<int>(commandWords.size())) {
-        sections.rowAside(packageSection, Mark::starts,
-                          {"user", commandWords[static_cast<std::size_t>(told.code)]},
-                          {columnWidth});
+    switch (told.code) {
+    case NC::eventUpgradeInfo:
+        return offered(recordOf(told.text));
+    case NC::eventDownloadFinish:
+        return tell(Mark::none, "download", "has ended");
+    case NC::eventInstallFinish:
+        return tell(Mark::starts, "install", "has begun");
+    default:
+        if (const std::string word = wordOfCommand(told.code); !word.empty()) {
+            tell(Mark::starts, "user", word);
+        }
     }
 }
 
-void UpgradeView::offered(const std::string& record) {
-    const auto offer = nlohmann::json::parse(record, nullptr, false);
-    if (!offer.is_object()) {
+void UpgradeView::offered(const nlohmann::json& record) {
+    if (record.empty()) {
         return;
     }
-    const std::string version = offer.value("version", "");
-    sections.rowAside(
-        packageSection, Mark::good,
-        {"offer", version.empty() ? "none" : version + ", " + stateText(offer.value("status", 0))},
-        {columnWidth});
+    const std::string version = record.value("version", "");
+    tell(Mark::good, "offer", version.empty() ? "none" : version + ": " + stateText(record));
+}
+
+void UpgradeView::tell(Mark mark, const char* what, const std::string& text) {
+    sections.rowAside(packageSection, mark, {what, text}, {columnWidth});
 }
 
 void UpgradeView::endProgress() {
     if (!percent.empty()) {
-        sections.rowAside(packageSection, Mark::good, {"download", percent + " %"}, {columnWidth});
+        tell(Mark::good, "download", percent + " %");
         percent.clear();
     }
 }

@@ -27,7 +27,8 @@ public:
 
 private:
     void note(const PackageNote& told);
-    void offered(const std::string& record);
+    void offered(const nlohmann::json& record);
+    void tell(Mark mark, const char* what, const std::string& text);
     void transfer(const PlatformEvent& event);
     void endProgress();
 

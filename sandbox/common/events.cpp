@@ -12,8 +12,14 @@ std::int64_t monotonicMilliseconds() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count();
 }
 
+std::int64_t wallMilliseconds() {
+    const auto since1970 = std::chrono::system_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(since1970).count();
+}
+
 void appendEvent(const std::filesystem::path& file, nlohmann::json event) {
     event["t"] = monotonicMilliseconds();
+    event["at"] = wallMilliseconds();
     appendToFile(file, event.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + '\n');
 }
 

@@ -13,7 +13,10 @@ namespace sandbox {
 /// Milliseconds since the system started; the "t" of events.
 std::int64_t monotonicMilliseconds();
 
-/// Appends `event` with its "t" to the file. Bytes that are not UTF-8 become U+FFFD.
+/// Milliseconds since the begin of 1970 UTC; the "at" of events.
+std::int64_t wallMilliseconds();
+
+/// Appends `event` with its "t" and "at" to the file. Bytes that are not UTF-8 become U+FFFD.
 void appendEvent(const std::filesystem::path& file, nlohmann::json event);
 
 /// The same for the run that this process is the host of.

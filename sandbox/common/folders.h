@@ -20,6 +20,9 @@ public:
     std::filesystem::path versions() const { return state() / "versions.json"; }
     std::filesystem::path log() const { return state() / "plugin.log"; }
     std::filesystem::path events() const { return state() / "events.jsonl"; }
+    /// Faults that took effect, and those that the client's own side is to carry out.
+    std::filesystem::path faults() const { return state() / "faults.jsonl"; }
+    std::filesystem::path clientFaults() const { return state() / "clientfaults.json"; }
     /// What the user interface sends to the host's notification centre.
     std::filesystem::path commands() const { return state() / "commands.jsonl"; }
     /// Locked by the host while it runs.

@@ -34,9 +34,12 @@ bool updateJson(const std::filesystem::path& file,
     if (!lock.isHeld()) {
         return false;
     }
-    nlohmann::json value = readJson(file).value_or(nlohmann::json::object());
+    std::error_code error;
+    const bool isThere = std::filesystem::exists(file, error) || error;
+    nlohmann::json value =
+        isThere ? readJson(file).value_or(nlohmann::json()) : nlohmann::json::object();
     if (!value.is_object()) {
-        value = nlohmann::json::object();
+        return false; // a damaged file is evidence
     }
     change(value);
     return writeJson(file, value);

@@ -20,7 +20,8 @@ bool writeJson(const std::filesystem::path& file, const nlohmann::json& value,
 
 /// Lets `change` work on the file's object, an empty one when there is none, and puts the
 /// result in the file's place. No change that another process makes in this way at the same
-/// time is lost. False, with the file as it was, when it cannot be written.
+/// time is lost. False, with the file as it was, when it holds something else or cannot be
+/// written.
 bool updateJson(const std::filesystem::path& file,
                 const std::function<void(nlohmann::json&)>& change);
 

@@ -6,28 +6,52 @@
 #include "sandbox/server/storage.h"
 
 namespace sandbox {
+namespace {
 
-void KelvarServer::beginRun(const Offer& offered, const ExpectedRun& wanted) {
-    offer = offered;
-    run = wanted;
-    asked = 0;
-    fetched.clear();
-}
-
-void KelvarServer::endRun() {
-    for (std::size_t i = asked; i < run.questions; ++i) {
-        complain(std::string(conversation[i].name) + ": never asked");
-    }
-}
-
-std::optional<std::size_t> KelvarServer::questionOf(const std::string& path) {
-    const auto* found =
-        std::find_if(conversation.begin(), conversation.end(),
-                     [&](const Question& question) { return path == question.path; });
+template <class Predicate>
+std::optional<std::size_t> indexOf(const Predicate& isWanted) {
+    const auto* found = std::find_if(conversation.begin(), conversation.end(), isWanted);
     if (found == conversation.end()) {
         return std::nullopt;
     }
     return static_cast<std::size_t>(found - conversation.begin());
+}
+
+} // namespace
+
+void KelvarServer::beginRun(const Offer& offered, const ExpectedRun& wanted) {
+    offer = offered;
+    run = wanted;
+    conversationsEnded = 0;
+    asked = 0;
+    earlier = 0;
+    isLost = false;
+    fetched.clear();
+}
+
+void KelvarServer::endRun() {
+    while (conversationsEnded < run.questions.size()) {
+        endConversation();
+    }
+}
+
+void KelvarServer::endConversation() {
+    const std::size_t last = isLost && !run.isExact ? 0 : expected();
+    for (std::size_t i = asked; i < last; ++i) {
+        complain(std::string(conversation[i].name) + ": never asked");
+    }
+    ++conversationsEnded;
+    earlier += asked;
+    asked = 0;
+    isLost = false;
+}
+
+std::optional<std::size_t> KelvarServer::questionOf(const std::string& path) {
+    return indexOf([&](const Question& question) { return path == question.path; });
+}
+
+std::optional<std::size_t> KelvarServer::questionNamed(const std::string& name) {
+    return indexOf([&](const Question& question) { return name == question.name; });
 }
 
 std::string KelvarServer::wordsOf(std::size_t question) const {
@@ -47,27 +71,32 @@ std::string KelvarServer::wordsOf(std::size_t question) const {
 }
 
 void KelvarServer::checkOrder(std::size_t question, const std::string& name) {
-    if (asked >= run.questions) {
+    if (question == 0 && asked > 0 && conversationsEnded + 1 < run.questions.size()) {
+        endConversation();
+    }
+    if (isLost && !run.isExact) {
+        return;
+    }
+    if (asked >= expected()) {
         complain(name + ": asked after the last question that was expected");
-    } else if (question != asked) {
+    } else if (question != asked && !isLost) {
         complain((name + ": out of order, expected ").append(conversation[asked].name));
     }
 }
 
-Answered KelvarServer::answer(std::size_t question, const Headers& headers, const std::string& body,
-                              const std::string& address) {
+std::string KelvarServer::answer(std::size_t question, const Headers& headers,
+                                 const std::string& body, const std::string& address) {
     const std::string name(conversation[question].name);
     checkOrder(question, name);
-    for (const std::string& wrong :
-         {headerDifference(headers), bodyDifference(expectedBody(question, offer, run), body)}) {
+    const std::string difference =
+        isLost ? "" : bodyDifference(expectedBody(question, offer, run), body);
+    for (const std::string& wrong : {headerDifference(headers), difference}) {
         if (!wrong.empty()) {
             complain(std::string(name).append(": ").append(wrong));
         }
     }
     asked = std::max(asked, question + 1);
-    const auto fault = run.answerFaults.find(name);
-    return answeredWith(fault == run.answerFaults.end() ? AnswerFault{} : fault->second,
-                        answerTo(question, offer, run, address));
+    return answerTo(question, offer, run, address);
 }
 
 std::string KelvarServer::fileIdOf(const std::string& path) const {
@@ -76,16 +105,18 @@ std::string KelvarServer::fileIdOf(const std::string& path) const {
     return isPlainName(id) ? id : "";
 }
 
-TransferFault KelvarServer::fetch(const std::string& fileId, const Headers& headers) {
+std::string KelvarServer::nameOf(const std::string& fileId) const {
+    const auto found =
+        std::find_if(offer.materials.begin(), offer.materials.end(),
+                     [&](const OfferedMaterial& material) { return material.fileId == fileId; });
+    return found == offer.materials.end() ? "" : found->name;
+}
+
+void KelvarServer::fetch(const std::string& fileId, const Headers& headers) {
     fetched.push_back(fileId);
     if (const std::string surplus = surplusHeaders(headers); !surplus.empty()) {
         complain("GET " + fileId + ": surplus headers " + surplus);
     }
-    TransferFault fault;
-    if (const auto cut = run.cutFiles.find(fileId); cut != run.cutFiles.end()) {
-        fault.stopAt = cut->second;
-    }
-    return fault;
 }
 
 } // namespace sandbox

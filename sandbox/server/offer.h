@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,23 +39,16 @@ struct Offer {
     std::vector<OfferedMaterial> materials;
 };
 
-/// The answer to one question instead of the right one.
-struct AnswerFault {
-    int status = 200;
-    std::optional<std::string> body;   ///< nothing keeps the right body
-    std::optional<std::size_t> stopAt; ///< bytes of the body after which the connection ends
-};
-
-/// What one run of the client is to ask, and what goes wrong on the platform's side.
+/// What one run of the client is to ask.
 struct ExpectedRun {
     std::string channel;
     std::string version;
     std::int64_t oid = -1;
     std::int64_t id = -1;
     bool testSwitch = false;
-    std::size_t questions = 5; ///< of the conversation; fewer when it is to break off
-    std::map<std::string, AnswerFault> answerFaults; ///< by the question's name
-    std::map<std::string, std::size_t> cutFiles;     ///< by file id: bytes that are sent
+    /// Questions of each conversation, in turn; fewer when one is to break off.
+    std::vector<std::size_t> questions{5};
+    bool isExact = false; ///< a conversation that a fault has hit has just as many, too
 };
 
 } // namespace sandbox

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "sandbox/server/offer.h"
+#include "sandbox/server/serverfaults.h"
 #include "sandbox/server/upgradeoffer.h"
 
 namespace sandbox {
@@ -17,6 +18,7 @@ struct PlatformEvent {
         packageCheck, ///< `detail` is what the upgrade server was asked, and has, in words
         fileCheck,    ///< likewise
         transfer,     ///< `bytes` of `total` of `text` (a file id) are sent
+        fault,        ///< `text` says which request met it and what it does
         complaint,    ///< `text` says what was wrong with a request
     };
     Kind kind = Kind::question;
@@ -56,9 +58,10 @@ public:
     /// "http://127.0.0.1:port", once started.
     std::string address() const;
 
-    /// Announces a run: from now on the conversation is expected once, from its start.
+    /// Announces a run: from now on the conversation is expected once, from its start, or as
+    /// often as `run` says.
     void beginRun(const Offer& offer, const ExpectedRun& run, const UpgradeOffer& upgrade = {},
-                  const ExpectedUpgrade& expected = {});
+                  const ExpectedUpgrade& expected = {}, RunFaults faults = {});
 
     /// From now on nothing is a complaint: a client that is kept running asks again and again,
     /// with what it has become.

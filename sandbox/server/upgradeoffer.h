@@ -2,8 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
-#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -23,7 +21,6 @@ struct OfferedPackage {
     std::string content;
     std::uint64_t size = 0; ///< as announced
     bool isForce = false;
-    std::size_t times = std::numeric_limits<std::size_t>::max(); ///< it is offered, in one run
 };
 
 /// One of the fixed data files.
@@ -42,14 +39,7 @@ struct UpgradeOffer {
     std::vector<OfferedFile> files;
 };
 
-/// What goes wrong while a file is sent.
-struct TransferFault {
-    int status = 200;                    ///< another one goes with a page in place of the file
-    std::optional<std::uint64_t> stopAt; ///< bytes after which the connection ends
-    std::optional<std::uint64_t> holdAt; ///< bytes after which the transfer waits for its gate
-};
-
-/// What a client has to send in one run, and what goes wrong on the server's side.
+/// What a client has to send in one run.
 struct ExpectedUpgrade {
     std::string channel;
     std::string phone;
@@ -61,9 +51,6 @@ struct ExpectedUpgrade {
     /// Versions that the client runs with, in turn: its own, then that of the package.
     std::vector<std::string> versions;
     std::vector<std::pair<int, std::string>> files; ///< types and versions that it has
-    AnswerFault packageFault;
-    AnswerFault fileFault;
-    std::map<std::string, TransferFault> transfers; ///< by file id
 };
 
 /// What came of one run.

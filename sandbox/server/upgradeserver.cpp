@@ -1,15 +1,31 @@
 #include "sandbox/server/upgradeserver.h"
 
+#include <algorithm>
+
+#include <nlohmann/json.hpp>
+
 #include "sandbox/server/storage.h"
 #include "sandbox/server/upgrademessages.h"
 
 namespace sandbox {
+namespace {
+
+constexpr const char* packageName = "package";
+
+/// The version that the body tells, whatever else it does.
+std::string versionIn(const std::string& body) {
+    const auto told = nlohmann::json::parse(body, nullptr, false);
+    const auto found = told.find("version");
+    return told.is_object() && found != told.end() && found->is_string() ? found->get<std::string>()
+                                                                         : "";
+}
+
+} // namespace
 
 void UpgradeServer::beginRun(const UpgradeOffer& offered, const ExpectedUpgrade& wanted) {
     offer = offered;
     expected = wanted;
     version = 0;
-    offers = 0;
     made = {};
 }
 
@@ -25,36 +41,35 @@ void UpgradeServer::judge(const char* name, const Headers& headers, const std::s
 
 /// The version that the client has to tell: a later one stays, once it was told.
 std::string UpgradeServer::runningVersion(const std::string& body) {
-    for (std::size_t i = version; i < expected.versions.size(); ++i) {
-        if (body == packageCheckBody(expected, expected.versions[i])) {
-            version = i;
-        }
+    const std::string told = versionIn(body);
+    const auto begin = expected.versions.begin();
+    const auto found =
+        std::find(begin + static_cast<std::ptrdiff_t>(version), expected.versions.end(), told);
+    if (found != expected.versions.end()) {
+        version = static_cast<std::size_t>(found - begin);
     }
     return version < expected.versions.size() ? expected.versions[version] : "";
 }
 
-Answered UpgradeServer::checkPackage(const Headers& headers, const std::string& body,
-                                     const std::string& address, std::string& words) {
+std::string UpgradeServer::checkPackage(const Headers& headers, const std::string& body,
+                                        const std::string& address, std::string& words) {
     ++made.packageChecks;
     const std::string running = runningVersion(body);
     judge("package check", headers, expected.packageToken,
           bodyDifference(packageCheckBody(expected, running), body));
-    const bool isNewer =
-        offer.package && offer.package->version != running && offers < offer.package->times;
-    offers += isNewer ? 1 : 0;
+    const bool isNewer = offer.package && offer.package->version != running;
     words = running + (isNewer ? " -> " + offer.package->version : ", nothing newer");
-    return answeredWith(expected.packageFault,
-                        packageAnswer(isNewer ? &*offer.package : nullptr, address));
+    return packageAnswer(isNewer ? &*offer.package : nullptr, address);
 }
 
-Answered UpgradeServer::checkFiles(const Headers& headers, const std::string& body,
-                                   const std::string& address, std::string& words) {
+std::string UpgradeServer::checkFiles(const Headers& headers, const std::string& body,
+                                      const std::string& address, std::string& words) {
     ++made.fileChecks;
     judge("file check", headers, expected.token, bodyDifference(fileCheckBody(expected), body));
     for (const OfferedFile& file : offer.files) {
         words += (words.empty() ? "" : ", ") + file.name + " " + file.version;
     }
-    return answeredWith(expected.fileFault, fileAnswer(offer, address));
+    return fileAnswer(offer, address);
 }
 
 std::string UpgradeServer::fileIdOf(const std::string& path) {
@@ -63,13 +78,20 @@ std::string UpgradeServer::fileIdOf(const std::string& path) {
     return isPlainName(id) ? id : "";
 }
 
-TransferFault UpgradeServer::fetch(const std::string& fileId, const Headers& headers) {
+std::string UpgradeServer::nameOf(const std::string& fileId) const {
+    if (offer.package && offer.package->fileId == fileId) {
+        return packageName;
+    }
+    const auto found = std::find_if(offer.files.begin(), offer.files.end(),
+                                    [&](const OfferedFile& file) { return file.fileId == fileId; });
+    return found == offer.files.end() ? "" : found->name;
+}
+
+void UpgradeServer::fetch(const std::string& fileId, const Headers& headers) {
     made.downloads.push_back(fileId);
     if (const std::string surplus = surplusHeaders(headers); !surplus.empty()) {
         complain("GET " + fileId + ": surplus headers " + surplus);
     }
-    const auto fault = expected.transfers.find(fileId);
-    return fault == expected.transfers.end() ? TransferFault{} : fault->second;
 }
 
 } // namespace sandbox

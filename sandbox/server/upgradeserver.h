@@ -3,7 +3,6 @@
 #include <functional>
 #include <string>
 
-#include "sandbox/server/answered.h"
 #include "sandbox/server/requests.h"
 #include "sandbox/server/upgradeoffer.h"
 
@@ -20,16 +19,19 @@ public:
     void beginRun(const UpgradeOffer& offered, const ExpectedUpgrade& wanted);
     const UpgradeReport& report() const { return made; }
 
-    /// `address` is the server's own. `words` becomes what was asked, for who watches.
-    Answered checkPackage(const Headers& headers, const std::string& body,
-                          const std::string& address, std::string& words);
-    Answered checkFiles(const Headers& headers, const std::string& body, const std::string& address,
-                        std::string& words);
+    /// Judge the request; the right answer. `address` is the server's own. `words` becomes
+    /// what was asked, for who watches.
+    std::string checkPackage(const Headers& headers, const std::string& body,
+                             const std::string& address, std::string& words);
+    std::string checkFiles(const Headers& headers, const std::string& body,
+                           const std::string& address, std::string& words);
 
     /// The file id of an address of this server; empty for another path.
     static std::string fileIdOf(const std::string& path);
-    /// Takes a request for the file of that id; what is to go wrong with it.
-    TransferFault fetch(const std::string& fileId, const Headers& headers);
+    /// "package", or the data file's name; empty for a file that is not on offer.
+    std::string nameOf(const std::string& fileId) const;
+    /// Takes a request for the file of that id.
+    void fetch(const std::string& fileId, const Headers& headers);
 
 private:
     void judge(const char* name, const Headers& headers, const std::string& token,
@@ -40,7 +42,6 @@ private:
     UpgradeOffer offer;
     ExpectedUpgrade expected;
     std::size_t version = 0; ///< of the expected ones, that the client last told
-    std::size_t offers = 0;  ///< of the package
     UpgradeReport made;
 };
 

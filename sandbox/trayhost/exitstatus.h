@@ -9,5 +9,6 @@ enum ExitStatus : int {
     exitLimit = 3,       ///< the limit came before the wanted runs had ended
     exitNotStarted = 4,  ///< the plug-in's start answered false
     exitStillBusy = 5,   ///< work was still going on when the host had to leave
+    exitTaken = 6,       ///< another host runs in the client's folder
     exitSignature = 255, ///< set by the plug-in itself: a module's signature is wrong
 };

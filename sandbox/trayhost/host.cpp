@@ -8,9 +8,11 @@
 
 #include "sandbox/common/events.h"
 #include "sandbox/common/folders.h"
+#include "sandbox/faults/clientfaults.h"
 #include "sandbox/modules/xnbase/listener.h"
 #include "sandbox/platform/stopsignal.h"
 #include "sandbox/trayhost/modules.h"
+#include "utils/mutex.h"
 
 namespace {
 
@@ -40,16 +42,22 @@ public:
     ModulePolls(const ModulePolls&) = delete;
     ModulePolls& operator=(const ModulePolls&) = delete;
 
+    void now() {
+        const MutexLock lock(polling);
+        for (void* module : polls) {
+            reinterpret_cast<sandbox::Poll>(module)();
+        }
+    }
+
 private:
     void loop() {
         for (; !finished; sleepMilliseconds(modulePoll)) {
-            for (void* module : polls) {
-                reinterpret_cast<sandbox::Poll>(module)();
-            }
+            now();
         }
     }
 
     const std::vector<void*> polls;
+    Mutex polling; ///< a module is called by one thread at a time
     std::atomic<bool> finished{false};
     std::thread thread;
 };
@@ -84,7 +92,7 @@ bool Host::isPastLimit() const {
 }
 
 ExitStatus Host::drive(const std::function<void()>& tick) {
-    const ModulePolls modulePolls;
+    ModulePolls modulePolls;
     report("start", 0);
     ExitStatus status = exitDone;
     for (std::int64_t due = 0; !isFinished(); sleepMilliseconds(poll)) {
@@ -94,6 +102,9 @@ ExitStatus Host::drive(const std::function<void()>& tick) {
             break;
         }
         if (tick && mayTick() && sandbox::monotonicMilliseconds() >= due) {
+            if (sandbox::reachTick(sandbox::processFolders(), ticks + 1)) {
+                modulePolls.now(); // a fault that begins with a tick is there when it comes
+            }
             tick();
             report("tick", ++ticks);
             due = sandbox::monotonicMilliseconds() + options.interval;

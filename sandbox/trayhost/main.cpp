@@ -1,4 +1,7 @@
+#include <chrono>
 #include <iostream>
+#include <memory>
+#include <thread>
 
 #include <CLI/CLI.hpp>
 
@@ -21,12 +24,14 @@ constexpr const char* description =
 constexpr const char* statuses =
     "Exit status: 0 done; 1 an exception reached the host; 2 the plug-in, one of its exports\n"
     "or the version store is missing; 3 the limit came before the runs had ended; 4 the\n"
-    "plug-in did not start; 5 work was still going on at the end; 100 and above a wrong\n"
-    "command line; 255 the plug-in found a wrong signature.";
+    "plug-in did not start; 5 work was still going on at the end; 6 another host runs in\n"
+    "the folder; 100 and above a wrong command line; 255 the plug-in found a wrong signature.";
 
 /// Milliseconds; the first is above the time-out of a request.
 constexpr std::int64_t settleTime = 30000;
 constexpr std::int64_t settleTimeAfterFailure = 2000;
+constexpr std::int64_t lockTime = 5000;
+constexpr auto lockPause = std::chrono::milliseconds(20);
 
 struct Request {
     HostOptions host;
@@ -50,6 +55,22 @@ void declare(CLI::App& app, Request& request) {
     modes->add_option("--set-version", request.newVersion, "store the virus library's version");
 }
 
+/// Nothing when another host has it. One that has just ended may keep it for a moment.
+std::unique_ptr<sandbox::FileLock> lockFolder() {
+    const std::int64_t end = sandbox::monotonicMilliseconds() + lockTime;
+    for (;;) {
+        auto lock = std::make_unique<sandbox::FileLock>(sandbox::processFolders().hostLock(),
+                                                        sandbox::FileLock::Wait::no);
+        if (lock->isHeld()) {
+            return lock;
+        }
+        if (sandbox::monotonicMilliseconds() > end) {
+            return nullptr;
+        }
+        std::this_thread::sleep_for(lockPause);
+    }
+}
+
 ExitStatus carryOut(const Request& request) {
     loadClientModules();
     if (request.version) {
@@ -58,8 +79,11 @@ ExitStatus carryOut(const Request& request) {
     if (!request.newVersion.empty()) {
         return storeVersion(request.newVersion);
     }
-    const sandbox::FileLock running(sandbox::processFolders().hostLock(),
-                                    sandbox::FileLock::Wait::no);
+    const auto running = lockFolder();
+    if (!running) {
+        std::cerr << "trayhost: another host runs in this folder\n";
+        return exitTaken;
+    }
     static Host& host = *new Host(request.host); // log lines may come to the very end
     const ExitStatus status = request.service ? driveService(host) : drivePlugin(host);
     if (!host.settle(status == exitDone ? settleTime : settleTimeAfterFailure)) {

@@ -1,8 +1,11 @@
 #include <curl/curl.h>
 #include <gtest/gtest.h>
 #include <ostream>
+#include <thread>
 
+#include "sandbox/server/gate.h"
 #include "sandbox/server/updateplatform.h"
+#include "sandbox/server/upgradeserver.h"
 
 // The platform's own judgement: a client that deviates is told so.
 
@@ -42,9 +45,9 @@ protected:
         sandbox::ExpectedRun run;
         run.channel = "tulsar_upgrade_1.0";
         run.version = "1.0.0.1001";
-        run.questions = GetParam().asked.size();
+        run.questions = {GetParam().asked.size()};
         if (GetParam().asked.front().path.rfind("/upgrade/", 0) == 0) {
-            run.questions = 0;
+            run.questions = {0};
         }
         sandbox::UpgradeOffer upgrade;
         upgrade.package.emplace().version = "1.4.0.1";
@@ -155,6 +158,34 @@ TEST(PlatformWithoutClient, ComplainsAboutEveryQuestionThatNeverCame) {
     platform.start();
     platform.beginRun({}, {});
     EXPECT_EQ(platform.endRun().complaints.size(), 5U);
+}
+
+TEST(UpgradeServer, KnowsTheVersionOfABodyThatIsOtherwiseWrong) {
+    std::vector<std::string> complaints;
+    sandbox::UpgradeServer server([&](const std::string& text) { complaints.push_back(text); });
+    sandbox::UpgradeOffer offer;
+    offer.package.emplace().version = "1.4.0.1";
+    sandbox::ExpectedUpgrade expected;
+    expected.versions = {"1.2.0.1500", "1.4.0.1"};
+    server.beginRun(offer, expected);
+    std::string words;
+    server.checkPackage({{"Content-Type", "application/json"}}, updatedBody, "", words);
+    EXPECT_EQ(words, "1.4.0.1, nothing newer");
+    EXPECT_EQ(complaints.size(), 1U);
+}
+
+TEST(Gate, LetsThroughWhoCameBeforeItWasOpenedAndShutAgain) {
+    sandbox::Gate gate;
+    const auto late = gate.ticket();
+    std::thread waits([&gate, ticket = gate.ticket()] { gate.pass(ticket); });
+    while (!gate.isHeld()) {
+        std::this_thread::yield();
+    }
+    gate.open();
+    gate.shut();
+    EXPECT_FALSE(gate.isHeld());
+    waits.join();
+    gate.pass(late);
 }
 
 } // namespace

@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <thread>
 
 #include "sandbox/platform/childprocess.h"
 
@@ -98,6 +100,15 @@ protected:
         return file.string();
     }
 
+    /// A setup leaves its trace when the client is at its version.
+    void awaitTrace() const {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        while (fs::is_empty(folder / "run" / "sandbox" / "started")) {
+            ASSERT_LT(std::chrono::steady_clock::now(), end);
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+    }
+
     bool says(const std::string& text) const { return said.find(text) != std::string::npos; }
 
     fs::path folder;
@@ -159,7 +170,9 @@ TEST_F(Sandbox, KeepsAHostForOtherTerminals) {
         {{"ui", "--do", "check,ignore,download,install"}, asExpected, "the setup was started"},
         {{"set", "muteMode=1", "settingsWindow=open", "UPDATE_TYPE=1"}, asExpected, ""},
         {{"set", "muteMod=1"}, sandboxFailed, "known are:\n  login: on or off"},
-        {{"ui", "--do", "check"}, asExpected, "you         check"}, // confirmed without an event
+        {{"run", scenario}, sandboxFailed, "; \"xsandbox stop\" ends it"},
+        {{"set", "instances=A,B", "muteMode=7"}, sandboxFailed, "muteMode cannot be 7"},
+        {{"ui", "--do", "check"}, asExpected, "you         check"},
         {{"ui", "--do", "cancel", "--limit", "1"}, different, "cancel: no event 103 has come"},
         {{"stop"}, asExpected, ""},
         {{"stop"}, sandboxFailed, "no host runs in"},
@@ -168,6 +181,11 @@ TEST_F(Sandbox, KeepsAHostForOtherTerminals) {
     for (const auto& row : rows) {
         EXPECT_EQ(xsandbox(row.arguments), row.exit) << said;
         EXPECT_TRUE(says(row.says)) << said;
+        if (says("the setup was started")) {
+            awaitTrace();
+        } else {
+            EXPECT_FALSE(says("offer")) << "confirmed without an event\n" << said;
+        }
     }
     EXPECT_EQ(host->wait(), asExpected);
 }
@@ -200,6 +218,20 @@ INSTANTIATE_TEST_SUITE_P(Written, Scenario,
                                          Case{"PackageMuted", "package-muted.json", "[]"},
                                          Case{"PackageRefused", "package-refused.json", "[]"},
                                          Case{"PackageUser", "package-user.json", "[]"}),
+                         nameOf);
+
+INSTANTIATE_TEST_SUITE_P(Stories, Scenario,
+                         testing::Values(Case{"Cabinets", "cabinets.json", "[]"},
+                                         Case{"EverythingLocked", "everything-locked.json", "[]"},
+                                         Case{"FirstInstall", "first-install.json", "[]"},
+                                         Case{"HalfFailed", "half-failed.json", "[]"},
+                                         Case{"NoLogin", "no-login.json", "[]"},
+                                         Case{"NothingNew", "nothing-new.json", "[]"},
+                                         Case{"Rollback", "rollback.json", "[]"},
+                                         Case{"ServiceLoop", "service-loop.json", "[]"},
+                                         Case{"TenVersionsBehind", "ten-versions-behind.json",
+                                              "[]"},
+                                         Case{"TestSwitch", "test-switch.json", "[]"}),
                          nameOf);
 
 /// Nothing is moved, and nothing is asked for but what the row adds.
@@ -282,20 +314,22 @@ INSTANTIATE_TEST_SUITE_P(
     Answers, Scenario,
     testing::Values(Case{"MetaRefused", "small.json",
                          R"([{"op":"add","path":"/phases/0/questions","value":3},
-                 {"op":"add","path":"/phases/0/answers","value":{"GetPacketMeta":{"status":503}}},)" NOTHING_MOVED
+                 {"op":"add","path":"/phases/0/faults","value":[{"on":"GetPacketMeta","fault":"status","status":503}]},)" NOTHING_MOVED
                          R"(,
                  {"op":"add","path":"/phases/0/expect/logs","value":["getPacketMeta nil"]}])"},
                     Case{"RowsMissing", "small.json",
-                         R"([{"op":"add","path":"/phases/0/answers",
-                  "value":{"BatchGetMaterialMeta":{"body":"{\"metas\":[]}"}}},)" NOTHING_MOVED R"(,
+                         R"([{"op":"add","path":"/phases/0/faults",
+                  "value":[{"on":"BatchGetMaterialMeta","fault":"meta-count","count":0}]},)" NOTHING_MOVED
+                         R"(,
                  {"op":"add","path":"/phases/0/expect/logs",
                   "value":["batchGetMaterialMetaData nil"]}])"},
                     Case{"NoJson", "small.json",
-                         R"([{"op":"add","path":"/phases/0/answers",
-                  "value":{"BatchGetMaterialMeta":{"body":"no JSON"}}},)" NOTHING_MOVED "]"},
+                         R"([{"op":"add","path":"/phases/0/faults",
+                  "value":[{"on":"BatchGetMaterialMeta","fault":"not-json"}]},)" NOTHING_MOVED "]"},
                     Case{"NoStorageAddress", "small.json",
-                         R"([{"op":"add","path":"/phases/0/answers",
-                  "value":{"GetFileStorageAddr":{"body":"{}"}}},)" NOTHING_MOVED R"(,
+                         R"([{"op":"add","path":"/phases/0/faults",
+                  "value":[{"on":"GetFileStorageAddr","fault":"body","body":"{}"}]},)" NOTHING_MOVED
+                         R"(,
                  {"op":"add","path":"/phases/0/expect/materials","value":{
                     "core":["refused","1.2.0.1500","download failed"],
                     "data":["refused",null,"download failed"]}},
@@ -375,8 +409,29 @@ INSTANTIATE_TEST_SUITE_P(
              sandboxFailed, "client, config: there is no member \"homeDirectory\""},
         Case{"Kind", "small.json", ADDED(R"(platform/version","value":1)"), sandboxFailed,
              "platform: member \"version\" is of the wrong kind"},
+        Case{"FaultThatNeverCame", "small.json",
+             ADDED(R"(phases/0/faults","value":[{"on":"core","attempt":2,"fault":"refused"}])"),
+             different, "platform: the fault refused on core, attempt 2 never took effect"},
+        Case{"Fault", "small.json",
+             ADDED(R"(phases/0/faults","value":[{"on":"core","fault":"cutt"}])"), sandboxFailed,
+             "there is no fault \"cutt\"; known are status, silent"},
         Case{"Step", "small.json", ADDED(R"(phases/0/ui","value":["fetch"])"), sandboxFailed,
              "ui: there is no command \"fetch\""},
+        Case{"StepOfTwo", "small.json",
+             ADDED(R"(phases/0/ui","value":[{"wait":100,"waitLog":"a"}])"), sandboxFailed,
+             "does not do just one thing"},
+        Case{"StepOfOther", "small.json", ADDED(R"(phases/0/ui","value":[{"waitEnd":"kelvar"}])"),
+             sandboxFailed, "only of the package"},
+        Case{"Set", "small.json", ADDED(R"(phases/0/set","value":{"login":{"tokn":true}})"),
+             sandboxFailed, "there is no \"tokn\" of a login"},
+        Case{"SetInstances", "small.json",
+             ADDED(R"(phases/0/ui","value":[{"set":{"instances":[1]}}])"), sandboxFailed,
+             "instances cannot be [1]"},
+        Case{"ExpectedKind", "small.json", ADDED(R"(phases/0/expect/downloads","value":"core")"),
+             sandboxFailed, "\"downloads\" is an array of texts or a number"},
+        Case{"PackageVersion", "small.json",
+             ADDED(R"(upgrade","value":{"package":{"version":"1.4","size":1}})"), sandboxFailed,
+             "a version of four parts, not \"1.4\""},
         Case{"Package", "small.json", ADDED(R"(upgrade","value":{"package":{"sise":1}})"),
              sandboxFailed, "the package: there is no member \"sise\""},
         Case{"Offer", "small.json", ADDED(R"(phases/0/offers","value":["cor"])"), sandboxFailed,

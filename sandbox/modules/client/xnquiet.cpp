@@ -1,5 +1,6 @@
 #include "sandbox/common/config.h"
+#include "sandbox/faults/clientfaults.h"
 
 extern "C" int IsMuteMode() {
-    return sandbox::readConfig().muteMode;
+    return sandbox::ClientFaults::read().meets("mute") ? 1 : sandbox::readConfig().muteMode;
 }

@@ -7,6 +7,7 @@
 #include "sandbox/common/events.h"
 #include "sandbox/common/folders.h"
 #include "sandbox/common/worker.h"
+#include "sandbox/faults/clientfaults.h"
 #include "sandbox/modules/xnbase/listener.h"
 #include "sandbox/platform/filewrites.h"
 #include "utils/mutex.h"
@@ -14,6 +15,18 @@
 namespace {
 
 using Login = sandbox::Config::Login;
+
+/// The log-in of the configuration, or as a fault has it.
+Login wantedLogin() {
+    Login login = sandbox::readConfig().login;
+    const auto faults = sandbox::ClientFaults::read();
+    for (const bool isIn : {false, true}) {
+        if (faults.meets(isIn ? "logged-in" : "logged-out")) {
+            login.token = login.device = login.service = isIn;
+        }
+    }
+    return login;
+}
 
 /// The log-in as it is now. Texts that were handed out stay good: nothing is thrown away.
 class CurrentLogin {
@@ -26,7 +39,7 @@ public:
     }
 
 private:
-    std::list<Login> all{sandbox::readConfig().login}; ///< changed by one thread
+    std::list<Login> all{wantedLogin()}; ///< changed by one thread
     std::atomic<const Login*> current{&all.back()};
 };
 
@@ -81,40 +94,48 @@ private:
 
 class UserCenter final : public uc::IUserCenter {
 public:
+    UserCenter() { tell(login.get()); }
+
     uc::IUserState* tokenState() override { return &tokens; }
     uc::IUserState* deviceState() override { return &devices; }
     uc::IUserState* serviceState() override { return &services; }
     void reserved3() override {}
     uc::IUserStateSource* stateSource() override { return &source; }
 
-    /// Takes a log-in in that another process has put into the configuration.
+    /// Takes a log-in in that another process has put into the configuration, or a fault.
     void follow() {
-        const auto text = sandbox::readFile(sandbox::processFolders().config());
-        if (!text || *text == seen) {
+        const sandbox::Folders folders = sandbox::processFolders();
+        const auto text = sandbox::readFile(folders.config());
+        const std::string faults = sandbox::readFile(folders.clientFaults()).value_or("");
+        if (!text || *text + faults == seen) {
             return;
         }
-        seen = *text;
-        const Login wanted = sandbox::readConfig().login;
+        seen = *text + faults;
+        const Login wanted = wantedLogin();
         if (wanted == login.get()) {
             return;
         }
         login.become(wanted);
-        sandbox::emit({{"kind", "login"},
-                       {"token", wanted.token},
-                       {"device", wanted.device},
-                       {"service", wanted.service}});
+        tell(wanted);
         source.tellChange();
     }
 
     bool idle() const { return source.idle(); }
 
 private:
+    static void tell(const Login& now) {
+        sandbox::emit({{"kind", "login"},
+                       {"token", now.token},
+                       {"device", now.device},
+                       {"service", now.service}});
+    }
+
     CurrentLogin login;
     UserState tokens{login, &Login::token};
     UserState devices{login, &Login::device};
     UserState services{login, &Login::service};
     StateSource source;
-    std::string seen; ///< configuration
+    std::string seen; ///< configuration and faults
 };
 
 UserCenter& center() {

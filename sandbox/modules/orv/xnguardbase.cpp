@@ -4,6 +4,7 @@
 
 #include "platform/text.h"
 #include "sandbox/common/config.h"
+#include "sandbox/faults/clientfaults.h"
 #include "sandbox/modules/orv/comobject.h"
 
 namespace {
@@ -28,10 +29,22 @@ public:
     void reserved12() override {}
     int instanceExists(const wchar_t* name, int /*flag*/) override {
         const std::string wanted = name ? platform::toUtf8(name) : "";
-        return std::find(open.begin(), open.end(), wanted) != open.end() ? 1 : 0;
+        const bool isOpen = std::find(open.begin(), open.end(), wanted) != open.end();
+        return isOpen || isOpenByFault(wanted) ? 1 : 0;
     }
 
 private:
+    static bool isOpenByFault(const std::string& wanted) {
+        const auto faults = sandbox::ClientFaults::read();
+        for (const sandbox::Fault& fault : faults.all("window")) {
+            if (fault.text("name") == wanted) {
+                faults.met(fault);
+                return true;
+            }
+        }
+        return false;
+    }
+
     const std::vector<std::string> open = sandbox::readConfig().instances;
 };
 

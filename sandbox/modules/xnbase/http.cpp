@@ -3,6 +3,7 @@
 #include "host/xnbase.h"
 #include "sandbox/common/config.h"
 #include "sandbox/common/events.h"
+#include "sandbox/faults/clientfaults.h"
 #include "sandbox/modules/xnbase/task.h"
 #include "sandbox/modules/xnbase/transfers.h"
 
@@ -70,6 +71,9 @@ extern "C" void asyncHttp(int method, const char* url, void* request, xnhttp::Ca
     if (const char* problem = misuse(method, url, sent.get())) {
         emitFailure("asyncHttp", problem);
         done({CURLE_BAD_FUNCTION_ARGUMENT, 0, {}});
+        return;
+    }
+    if (ClientFaults::read().drops(address)) {
         return;
     }
     Transfers::instance().post(address, std::move(sent), processConfig().httpTimeoutMs,

@@ -7,6 +7,7 @@
 #include "sandbox/common/events.h"
 #include "sandbox/common/folders.h"
 #include "sandbox/common/jsonfile.h"
+#include "sandbox/faults/clientfaults.h"
 #include "utils/mutex.h"
 
 namespace {
@@ -68,7 +69,7 @@ private:
         }
         MutexLock lock(mutex);
         const std::string key = sandbox::comparablePath(path);
-        if (entries.contains(key) == create) {
+        if (entries.contains(key) == create || isRefused(create)) {
             return failed;
         }
         Entries changed = entries;
@@ -80,6 +81,11 @@ private:
         sandbox::emit(
             {{"kind", "version"}, {"path", path}, {"value", version}, {"created", create}});
         return done;
+    }
+
+    static bool isRefused(bool create) {
+        const auto faults = sandbox::ClientFaults::read();
+        return faults.meets("versions-read-only") || (create && faults.meets("versions-full"));
     }
 
     static bool save(const Entries& changed) {

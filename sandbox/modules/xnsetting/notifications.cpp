@@ -1,7 +1,9 @@
 #include <cstring>
 #include <map>
 #include <sstream>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/notificationcenter.h"
@@ -111,21 +113,25 @@ NotificationCenter& center() {
     return instance;
 }
 
-/// What the user interface has sent since the last call. It counts as taken once its file
-/// is gone.
+/// What the user interface has sent since the last call. It counts as taken once it is read and
+/// its file is gone.
 std::string takeCommands(const std::filesystem::path& file) {
     std::error_code error;
     if (!std::filesystem::exists(file, error)) {
         return "";
     }
     const sandbox::FileLock lock(sandbox::lockOf(file));
-    const std::string lines = sandbox::readFile(file).value_or("");
-    return lock.isHeld() && std::filesystem::remove(file, error) ? lines : "";
+    const auto lines = sandbox::readFile(file);
+    return lock.isHeld() && lines && std::filesystem::remove(file, error) ? *lines : "";
 }
 
 void postCommand(const std::string& line) {
     NC::PackageRecord record;
-    nlohmann::json::parse(line).at("code").get_to(record.code);
+    const nlohmann::json code = nlohmann::json::parse(line).at("code");
+    if (!code.is_number_integer() || !std::in_range<std::int32_t>(code.get<std::int64_t>())) {
+        throw std::runtime_error("no code of a command: " + line);
+    }
+    record.code = code.get<std::int32_t>();
     center().post(NC::packageType, &record, sizeof record);
 }
 

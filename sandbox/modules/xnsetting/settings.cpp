@@ -6,6 +6,7 @@
 #include "sandbox/common/events.h"
 #include "sandbox/common/folders.h"
 #include "sandbox/common/jsonfile.h"
+#include "sandbox/faults/clientfaults.h"
 #include "utils/mutex.h"
 
 namespace {
@@ -58,7 +59,7 @@ private:
     }
 
     bool put(const char* key, nlohmann::json value) {
-        if (!key) {
+        if (!key || sandbox::ClientFaults::read().meets("settings-read-only")) {
             return false;
         }
         MutexLock lock(mutex);

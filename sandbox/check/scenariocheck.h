@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "sandbox/check/mistake.h"
+
+namespace sandbox::check {
+
+/// The right hashes of a scenario's material.
+struct Hashes {
+    std::string stored;
+    std::string content;
+};
+
+/// Told for a material by its name, when the scenario can be read; may be slow.
+using HashesOf = std::function<std::optional<Hashes>(const std::string& material)>;
+
+/// All mistakes of a scenario, in the order of their lines: what the format does not have, and
+/// what the client would not do with its materials as their author must have meant. A refusal
+/// that a step of the scenario expects is no mistake. `file` is its name in the result.
+std::vector<Mistake> checkScenario(const std::string& text, const std::string& file,
+                                   const HashesOf& hashesOf = {});
+
+/// Those of its format alone.
+std::vector<Mistake> checkFormat(const std::string& text, const std::string& file);
+
+} // namespace sandbox::check

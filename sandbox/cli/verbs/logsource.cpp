@@ -1,0 +1,28 @@
+#include "sandbox/cli/verbs/logsource.h"
+
+#include <CLI/CLI.hpp>
+#include <stdexcept>
+
+#include "sandbox/common/clientpath.h"
+#include "sandbox/platform/filewrites.h"
+
+namespace sandbox {
+
+void addLogSource(CLI::App* command, LogSource& source) {
+    addFolder(command, source.folder);
+    command->add_option("--log", source.file, "A log on its own, from the field too")
+        ->type_name("FILE");
+}
+
+report::Explanation explain(const LogSource& source) {
+    if (source.file.empty()) {
+        return report::explainFolder(foldersOf(source.folder));
+    }
+    const auto text = readFile(pathOf(source.file));
+    if (!text) {
+        throw std::runtime_error(source.file + ": no such log");
+    }
+    return report::explainText(*text);
+}
+
+} // namespace sandbox

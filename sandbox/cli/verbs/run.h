@@ -1,0 +1,9 @@
+#pragma once
+
+#include "sandbox/cli/verb.h"
+
+namespace sandbox {
+
+Verb addRun(CLI::App& app);
+
+} // namespace sandbox

@@ -1,0 +1,78 @@
+#include <algorithm>
+
+#include "sandbox/common/clientpath.h"
+#include "sandbox/doctor/reading.h"
+#include "sandbox/doctor/registry.h"
+#include "sandbox/platform/delayed.h"
+#include "sandbox/platform/filewrites.h"
+#include "sandbox/platform/pendingrenames.h"
+
+namespace sandbox::doctor {
+
+namespace {
+
+constexpr const char* journal = "delayed-moves.journal";
+
+/// The journal of a native client. Its reader passes over damaged lines, so they are counted.
+PendingList readJournal(const Places& places) {
+    PendingList list = pendingList(places.client);
+    const std::string text = readFile(places.client / journal).value_or("");
+    const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    const std::size_t cut = text.empty() || text.back() == '\n' ? 0 : 1;
+    if (lines + cut > list.moves.size()) {
+        list.faults.push_back(std::to_string(lines + cut - list.moves.size()) +
+                              " line(s) of the journal of delayed moves are no request");
+    }
+    return list;
+}
+
+std::optional<PendingList> readSystem(Snapshot& snapshot, Report& report) {
+    const Places& places = snapshot.places;
+    if (places.wine.empty()) {
+        return readJournal(places);
+    }
+    snapshot.mayLackDelayed = isWineRunning(places);
+    if (snapshot.mayLackDelayed) {
+        report.unseen.emplace_back("delayed moves of the last half minute: the client's Windows "
+                                   "runs, and writes its registry every now and then");
+    }
+    const auto value = pendingRenamesIn(places.wine / "system.reg");
+    if (!value) {
+        return std::nullopt;
+    }
+    return readPendingRenames(*value, places.clientNames().front());
+}
+
+Delayed placed(const Places& places, const PendingMove& move) {
+    const auto keyOf = [&](const std::string& path) {
+        const auto below = pathBelow(places, path);
+        return below ? std::optional(comparablePath(*below)) : std::nullopt;
+    };
+    return {move.from, move.to, keyOf(move.from), keyOf(move.to)};
+}
+
+} // namespace
+
+void readDelayed(Snapshot& snapshot, Report& report) {
+    std::error_code error;
+    const Places& places = snapshot.places;
+    if (places.runState.empty() && !std::filesystem::exists(places.client / journal, error)) {
+        report.unseen.emplace_back("the delayed moves: a client's folder alone without a journal");
+        return;
+    }
+    const auto list = readSystem(snapshot, report);
+    if (!list) {
+        report.add(Code::delayedUnreadable, "wine/system.reg",
+                   "the registry of the client's Windows, wine/system.reg, cannot be read");
+        return;
+    }
+    for (const std::string& fault : list->faults) {
+        report.add(Code::delayedDamaged, "delayed moves", fault);
+    }
+    snapshot.delayed.emplace();
+    for (const PendingMove& move : list->moves) {
+        snapshot.delayed->push_back(placed(snapshot.places, move));
+    }
+}
+
+} // namespace sandbox::doctor

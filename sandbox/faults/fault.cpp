@@ -1,0 +1,194 @@
+#include "sandbox/faults/fault.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+namespace sandbox {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::array<const char*, 4> ownMembers{"on", "attempt", "fault", "comment"};
+constexpr std::array<const char*, 3> extendsForms{"ahead", "behind", "null"};
+constexpr std::int64_t lowestStatus = 200;
+constexpr std::int64_t highestStatus = 599;
+
+[[noreturn]] void refuse(const std::string& reason) {
+    throw std::runtime_error("faults: " + reason);
+}
+
+unsigned placeOf(const std::string& on, const std::set<std::string>& files) {
+    if (const auto place = fixedPlaceOf(on)) {
+        return *place;
+    }
+    if (files.count(on) == 0) {
+        std::string names;
+        for (const std::string& name : fixedPlaces()) {
+            names += name + ", ";
+        }
+        refuse("nothing is called \"" + on + "\"; known are " + names + "and the materials");
+    }
+    return placeFile;
+}
+
+const FaultKind& kindOf(const std::string& name, const std::string& on, unsigned place) {
+    const FaultKind* kind = findFaultKind(name);
+    if (kind == nullptr) {
+        refuse("there is no fault \"" + name + "\"; known are " + faultNames(~placeStartState));
+    }
+    if ((kind->places & place) == 0) {
+        refuse("\"" + name + "\" cannot stand on " + on + "; there can stand " + faultNames(place));
+    }
+    return *kind;
+}
+
+bool fits(const Parameter& parameter, const Json& value) {
+    switch (parameter.kind) {
+    case ParameterKind::number:
+        return value.is_number_integer();
+    case ParameterKind::text:
+        return value.is_string();
+    default:
+        return value.is_boolean();
+    }
+}
+
+void takeParameter(const Parameter& parameter, const Json& json, Fault& fault) {
+    const std::string what = "\"" + fault.name + "\" on " + fault.on + ", \"" + parameter.name;
+    if (json.contains(parameter.name)) {
+        const Json& value = json.at(parameter.name);
+        if (!fits(parameter, value)) {
+            refuse(what + "\" is of the wrong kind: " + value.dump() + "; it is " +
+                   parameter.meaning);
+        }
+        fault.parameters[parameter.name] = value;
+    } else if (*parameter.byDefault != '\0') {
+        fault.parameters[parameter.name] = Json::parse(parameter.byDefault);
+    } else if (!parameter.isOptional) {
+        refuse(what + "\" is missing; it is " + parameter.meaning);
+    }
+}
+
+void checkMembers(const Json& json, const FaultKind& kind) {
+    for (const auto& [key, value] : json.items()) {
+        const auto isKey = [&name = key](const char* known) {
+            return name == known;
+        };
+        const bool known =
+            std::any_of(ownMembers.begin(), ownMembers.end(), isKey) ||
+            std::any_of(kind.parameters.begin(), kind.parameters.end(),
+                        [&](const Parameter& parameter) { return isKey(parameter.name); });
+        if (!known) {
+            refuse(std::string("\"").append(kind.name).append("\" takes no \"") + key + "\"");
+        }
+    }
+}
+
+/// What no kind of a parameter tells.
+void checkValues(const Fault& fault) {
+    for (const char* amount : {"byte", "size", "ms", "levels", "count", "from", "until"}) {
+        if (fault.has(amount) && fault.number(amount) < 0) {
+            refuse("\"" + fault.name + "\": \"" + amount + "\" is below 0");
+        }
+    }
+    if (fault.has("size") && fault.number("size") == 0) {
+        refuse("\"" + fault.name + "\": \"size\" is 0");
+    }
+    if (fault.has("status") &&
+        (fault.number("status") < lowestStatus || fault.number("status") > highestStatus)) {
+        refuse("\"status\" is no status of an answer: " + fault.parameters.at("status").dump());
+    }
+    if (fault.has("as") && std::find(extendsForms.begin(), extendsForms.end(), fault.text("as")) ==
+                               extendsForms.end()) {
+        refuse("\"extends\" is ahead, behind or null, not " + fault.text("as"));
+    }
+}
+
+std::string textMember(const Json& json, const char* member) {
+    if (!json.is_object() || !json.contains(member) || !json.at(member).is_string()) {
+        refuse(std::string("each has a text \"") + member + "\": " + json.dump());
+    }
+    return json.at(member).get<std::string>();
+}
+
+Fault readFault(const Json& json, const std::set<std::string>& files) {
+    Fault fault;
+    fault.on = textMember(json, "on");
+    fault.name = textMember(json, "fault");
+    const FaultKind& kind = kindOf(fault.name, fault.on, placeOf(fault.on, files));
+    checkMembers(json, kind);
+    if (json.contains("attempt")) {
+        const Json& attempt = json.at("attempt");
+        if (!attempt.is_number_unsigned() || attempt == 0 || (kind.places & placeServed) == 0) {
+            refuse("\"attempt\" of \"" + fault.name + "\" is no number of a request, from 1");
+        }
+        fault.attempt = attempt.get<std::size_t>();
+    }
+    for (const Parameter& parameter : kind.parameters) {
+        takeParameter(parameter, json, fault);
+    }
+    checkValues(fault);
+    return fault;
+}
+
+std::string valueText(const Json& value) {
+    return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+} // namespace
+
+std::string Fault::words() const {
+    std::string text;
+    const std::string form = kind().words;
+    for (std::size_t at = 0; at < form.size();) {
+        const std::size_t open = form.find('{', at);
+        text += form.substr(at, open - at);
+        const std::size_t close = form.find('}', open);
+        if (open == std::string::npos || close == std::string::npos) {
+            break;
+        }
+        text += valueText(parameters.value(form.substr(open + 1, close - open - 1), Json()));
+        at = close + 1;
+    }
+    return text;
+}
+
+std::string Fault::title() const {
+    return name + " on " + on + (attempt == 0 ? "" : ", attempt " + std::to_string(attempt));
+}
+
+Json Fault::record() const {
+    Json record = parameters;
+    record["on"] = on;
+    record["fault"] = name;
+    record["words"] = words();
+    return record;
+}
+
+std::vector<Fault> readFaults(const Json& list, const std::set<std::string>& files) {
+    if (!list.is_array()) {
+        refuse("no array: " + list.dump());
+    }
+    std::vector<Fault> faults;
+    for (const Json& one : list) {
+        faults.push_back(readFault(one, files));
+    }
+    return faults;
+}
+
+Json toJson(const std::vector<Fault>& faults) {
+    Json list = Json::array();
+    for (const Fault& fault : faults) {
+        Json one = fault.parameters;
+        one["on"] = fault.on;
+        one["fault"] = fault.name;
+        if (fault.attempt > 0) {
+            one["attempt"] = fault.attempt;
+        }
+        list.push_back(std::move(one));
+    }
+    return list;
+}
+
+} // namespace sandbox

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "sandbox/report/kelvarrun.h"
+#include "sandbox/report/knowledge.h"
+
+namespace sandbox::report {
+
+/// Joins the run's materials, of which the log has hashes, with those that it asked about, of
+/// which it has names: by the sandbox's file names, else by their order where that leaves no
+/// choice. Materials that the run did not come to are added behind the others.
+void nameMaterials(KelvarRun& run, const Knowledge& known);
+
+} // namespace sandbox::report

@@ -1,0 +1,67 @@
+#include "sandbox/report/programs.h"
+
+#include <algorithm>
+
+namespace sandbox::report {
+namespace {
+
+/// What stands in the next quotes behind `key`, looked for from `from` on.
+std::string valueBehind(const std::string& text, const std::string& key, std::size_t from) {
+    const std::size_t at = text.find(key, std::min(from, text.size()));
+    const std::size_t open = at == std::string::npos ? at : text.find('"', at + key.size());
+    const std::size_t close = open == std::string::npos ? open : text.find('"', open + 1);
+    return close == std::string::npos ? "" : text.substr(open + 1, close - open - 1);
+}
+
+std::string lower(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return text;
+}
+
+std::string reasonOf(const Material& row) {
+    if (row.decision == "waiting") {
+        return "not asked for: the group of " + row.name + " waits for the restart";
+    }
+    if (row.decision == "refused") {
+        return "not asked for: " + row.name + " was refused, " + row.reason;
+    }
+    return row.decision == "left" ? "not asked for: the run did not get to " + row.name
+                                  : "no line tells that " + row.name + " asked for it";
+}
+
+} // namespace
+
+std::vector<ExecEntry> execEntries(const std::string& text) {
+    const std::string process = "%process%";
+    std::vector<ExecEntry> entries;
+    std::string rest = text;
+    while (!rest.empty()) {
+        const std::size_t end = rest.find(")&&(");
+        const std::string item = rest.substr(0, end == std::string::npos ? end : end + 1);
+        rest = end == std::string::npos ? "" : rest.substr(end + 3);
+        entries.push_back(
+            {lower(valueBehind(item, process, 0)), valueBehind(item, "%param%", process.size())});
+    }
+    return entries;
+}
+
+void addUnstarted(KelvarRun& run, const Knowledge& known) {
+    for (const Material& row : run.materials) {
+        const Planned* planned = known.planned(row.name);
+        if (planned == nullptr) {
+            continue;
+        }
+        for (const ExecEntry& entry : execEntries(planned->exec)) {
+            const auto isIt = [&](const Program& program) {
+                return program.name == entry.program && program.parameters == entry.parameters;
+            };
+            if (std::none_of(run.programs.begin(), run.programs.end(), isIt)) {
+                run.programs.push_back({entry.program, entry.parameters, 0, reasonOf(row)});
+            }
+        }
+    }
+}
+
+} // namespace sandbox::report

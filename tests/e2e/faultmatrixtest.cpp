@@ -1,0 +1,191 @@
+#include <algorithm>
+#include <atomic>
+#include <gtest/gtest.h>
+#include <set>
+#include <thread>
+
+#include "e2e/faultspots.h"
+
+// Every request and every transfer against every fault of a server. A cell is a run that meets
+// the fault and a run that does not: after the first one each file of the client is the one that
+// it was or the one on offer, after the second one all that is on offer is in place.
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace e2e;
+
+struct Variant {
+    const char* name;
+    const char* fault; ///< members beside "on"
+    unsigned of;       ///< kinds that it makes sense for
+    bool underWine = false;
+};
+
+constexpr Variant variants[] = {
+    {"Status204", R"("fault":"status","status":204)", all},
+    {"Status302", R"("fault":"status","status":302)", all},
+    {"Status403", R"("fault":"status","status":403)", all},
+    {"Status404", R"("fault":"status","status":404)", all},
+    {"Status429", R"("fault":"status","status":429)", all},
+    {"Status500", R"("fault":"status","status":500)", all},
+    {"Status503", R"("fault":"status","status":503)", all, true},
+    {"Silent", R"("fault":"silent")", answers},
+    {"SilentForAWhile", R"("fault":"silent","ms":30)", file},
+    {"Refused", R"("fault":"refused")", all},
+    {"Broken", R"("fault":"broken","byte":20)", all, true},
+    {"Cut", R"("fault":"cut","byte":20)", all},
+    {"CutUnannounced", R"("fault":"cut","byte":20,"announced":false)", all},
+    {"Chunked", R"("fault":"chunked")", answers},
+    {"FileInChunks", R"("fault":"chunked","size":7000)", file},
+    {"Slow", R"("fault":"slow")", answers},
+    {"SlowFile", R"("fault":"slow","size":10000,"ms":1)", file},
+    {"Empty", R"("fault":"empty")", all},
+    {"NotJson", R"("fault":"not-json")", answers, true},
+    {"OtherShape", R"("fault":"other-shape")", answers},
+    {"Deep", R"("fault":"deep")", answers},
+    {"NotUtf8", R"("fault":"not-utf8")", answers},
+    {"BigNumbers", R"("fault":"big-numbers")", numbers},
+    {"FewerMetas", R"("fault":"meta-count","count":1)", metas},
+    {"MoreMetas", R"("fault":"meta-count","count":3)", metas},
+    {"ExtendsAhead", R"("fault":"extends","as":"ahead")", metas | packetMeta},
+    {"ExtendsBehind", R"("fault":"extends","as":"behind")", metas}, // that of a packet is so
+    {"ExtendsNull", R"("fault":"extends","as":"null")", metas | packetMeta},
+    {"OtherBytes", R"("fault":"other-bytes")", file, true},
+    {"Shorter", R"("fault":"other-length","by":-1)", file},
+    {"Longer", R"("fault":"other-length","by":1000)", file},
+};
+
+using Names = std::set<std::string>;
+
+/// The upgrade server's answers are read by a parser whose error leaves the step, as it has to;
+/// what caught it in the client's place is told as a failure.
+bool isParseError(const Spot& spot, const std::string& variant) {
+    static const Names texts{"NotJson", "CutUnannounced", "NotUtf8"};
+    const bool isEmptyPackage = variant == "Empty" && std::string(spot.on) == "packageCheck";
+    return (spot.kinds & check) != 0 && (texts.count(variant) > 0 || isEmptyPackage);
+}
+
+/// The file channel puts in place what a transfer brings to its end, whatever it is, as it has
+/// to: the next check finds that it is not the announced one.
+bool isPlacedUnseen(const Spot& spot, const std::string& variant) {
+    static const Names others{"CutUnannounced", "Empty", "OtherBytes", "Shorter", "Longer"};
+    return std::string(spot.on) == "patchlib0.dat" &&
+           (others.count(variant) > 0 || variant.rfind("Status", 0) == 0);
+}
+
+/// One fault in a folder of its own.
+class Cell {
+public:
+    Cell(const Spot& tested, const Variant& with, const fs::path& in)
+        : spot(tested), variant(with), folder(in / with.name) {}
+
+    void play() const {
+        fs::create_directory(folder);
+        std::ofstream(folder / "bystander") << "as it was";
+        EXPECT_EQ(runScenario(written(), folder), 0) << spot.on << " " << variant.name << "\n"
+                                                     << textOf(folder / "output");
+        EXPECT_TRUE(isLogged()) << spot.on << " " << variant.name;
+        EXPECT_EQ(others(), (std::set<std::string>{"bystander", "output", "scenario.json"}));
+        EXPECT_EQ(textOf(folder / "bystander"), "as it was");
+        if (!testing::Test::HasFailure()) {
+            fs::remove_all(folder);
+        }
+    }
+
+private:
+    Json fault() const {
+        return Json::parse(std::string(R"({"on":")") + spot.on + "\"," + variant.fault + "}");
+    }
+
+    Json written() const {
+        Json scenario = spot.cell();
+        scenario["client"]["config"]["httpTimeoutMs"] = 3000;
+        Json& faulty = scenario["phases"][0];
+        faulty["title"] = variant.name;
+        faulty["faults"] = {fault()};
+        faulty["expect"]["client"] = "either";
+        if (isParseError(spot, variant.name)) {
+            faulty["expect"]["failures"] = {"parse error"};
+        }
+        if (isPlacedUnseen(spot, variant.name)) {
+            faulty["expect"]["anything"] = {"patchlib0.dat"};
+        }
+        scenario["phases"][1]["expect"]["client"] = "complete";
+        return scenario;
+    }
+
+    bool isLogged() const {
+        const auto lines = faultsOf(folder);
+        return std::any_of(lines.begin(), lines.end(), [this](const Json& line) {
+            return line.at("on") == spot.on && line.at("fault") == fault().at("fault") &&
+                   line.at("phase") == 1 && line.at("attempt") == 1 && line.contains("words");
+        });
+    }
+
+    /// What lies beside the run.
+    std::set<std::string> others() const {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            names.insert(entry.path().filename().string());
+        }
+        names.erase("run");
+        return names;
+    }
+
+    const Spot& spot;
+    const Variant& variant;
+    fs::path folder;
+};
+
+class FaultMatrix : public testing::TestWithParam<Spot> {
+protected:
+    static constexpr std::size_t atOnce = 4; // a cell waits more than it works
+
+    void SetUp() override {
+        folder = newFolder();
+        ASSERT_FALSE(folder.empty());
+        for (const Variant& variant : variants) {
+            if ((variant.of & GetParam().kinds) != 0 &&
+                (windowsBuild == nullptr || variant.underWine)) {
+                cells.emplace_back(GetParam(), variant, folder);
+            }
+        }
+    }
+
+    void TearDown() override {
+        if (!HasFailure()) {
+            fs::remove_all(folder);
+        }
+    }
+
+    void playAll() {
+        std::atomic<std::size_t> next{0};
+        std::vector<std::thread> threads;
+        for (std::size_t i = 0; i < atOnce; ++i) {
+            threads.emplace_back([&] {
+                for (std::size_t at = next++; at < cells.size(); at = next++) {
+                    cells[at].play();
+                }
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+
+    fs::path folder;
+    std::vector<Cell> cells;
+};
+
+TEST_P(FaultMatrix, LeavesTheClientAsItWasOrComplete) {
+    ASSERT_FALSE(cells.empty());
+    playAll();
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, FaultMatrix, testing::ValuesIn(spots), [](const auto& tested) {
+    const std::string name = tested.param.on;
+    return name.substr(0, name.find('.')); // a test's name has letters and digits only
+});
+
+} // namespace
