@@ -2,8 +2,10 @@
 # are compiled as one. The other presets see to it that each source stands by itself.
 option(XREFRESHER_UNITY "Compile the sources of a folder at once, for a short build" OFF)
 
-# xr_unity(TARGET): called where the target is made.
+# xr_unity(TARGET [ALONE file...]): called where the target is made. The anonymous namespaces of
+# a folder's files become one; files in which names would clash stay alone.
 function(xr_unity target)
+    cmake_parse_arguments(ARG "" "" "ALONE" ${ARGN})
     if(NOT XREFRESHER_UNITY)
         return()
     endif()
@@ -16,4 +18,5 @@ function(xr_unity target)
         string(MAKE_C_IDENTIFIER "folder_${folder}" group)
         set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
     endforeach()
+    set_source_files_properties(${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
