@@ -16,7 +16,7 @@ using Kind = ScriptStep::Kind;
 /// What stands behind a member's name.
 enum class Holds { number, text, change, package };
 
-struct Member {
+struct StepMember {
     const char* name;
     Kind kind;
     Holds holds;
@@ -24,18 +24,18 @@ struct Member {
 
 constexpr const char* packageName = "package";
 
-constexpr std::array<Member, 12> members{{{"set", Kind::set, Holds::change},
-                                          {"release", Kind::release, Holds::package},
-                                          {"wait", Kind::waitEvent, Holds::number},
-                                          {"waitText", Kind::waitText, Holds::text},
-                                          {"waitLog", Kind::waitLog, Holds::text},
-                                          {"waitFailure", Kind::waitFailure, Holds::text},
-                                          {"waitProgram", Kind::waitProgram, Holds::text},
-                                          {"waitReport", Kind::waitReport, Holds::number},
-                                          {"waitRun", Kind::waitRun, Holds::number},
-                                          {"waitEnd", Kind::waitEnd, Holds::package},
-                                          {"waitVersion", Kind::waitVersion, Holds::text},
-                                          {"waitHeld", Kind::waitHeld, Holds::package}}};
+constexpr std::array<StepMember, 12> stepMembers{{{"set", Kind::set, Holds::change},
+                                                  {"release", Kind::release, Holds::package},
+                                                  {"wait", Kind::waitEvent, Holds::number},
+                                                  {"waitText", Kind::waitText, Holds::text},
+                                                  {"waitLog", Kind::waitLog, Holds::text},
+                                                  {"waitFailure", Kind::waitFailure, Holds::text},
+                                                  {"waitProgram", Kind::waitProgram, Holds::text},
+                                                  {"waitReport", Kind::waitReport, Holds::number},
+                                                  {"waitRun", Kind::waitRun, Holds::number},
+                                                  {"waitEnd", Kind::waitEnd, Holds::package},
+                                                  {"waitVersion", Kind::waitVersion, Holds::text},
+                                                  {"waitHeld", Kind::waitHeld, Holds::package}}};
 
 ScriptStep readCommand(const std::string& word) {
     const auto code = commandOf(word);
@@ -45,7 +45,7 @@ ScriptStep readCommand(const std::string& word) {
     return {Kind::command, *code, "", {}, word};
 }
 
-void readValue(const ScenarioPart& part, const Member& member, ScriptStep& step) {
+void readValue(const ScenarioPart& part, const StepMember& member, ScriptStep& step) {
     switch (member.holds) {
     case Holds::number:
         step.number = part.need<int>(member.name);
@@ -76,7 +76,7 @@ ScriptStep readStep(const Json& json) {
     ScriptStep step;
     step.words = json.dump();
     std::size_t found = 0;
-    for (const Member& member : members) {
+    for (const StepMember& member : stepMembers) {
         if (part.has(member.name)) {
             ++found;
             step.kind = member.kind;

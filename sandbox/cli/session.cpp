@@ -4,7 +4,6 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "platform/fileversion.h"
 #include "sandbox/cli/holders.h"
 #include "sandbox/cli/layout.h"
 #include "sandbox/cli/restart.h"
@@ -12,7 +11,6 @@
 #include "sandbox/cli/set.h"
 #include "sandbox/cli/storedasks.h"
 #include "sandbox/cli/uicommands.h"
-#include "sandbox/common/clientpath.h"
 
 namespace sandbox {
 namespace {
@@ -34,16 +32,6 @@ std::vector<std::string> hostArguments(const Phase& phase) {
     return phase.options.value("host", usual);
 }
 
-std::string versionOfClient(const Folders& folders) {
-    const auto version =
-        platform::readFileVersion(toClientPath(folders.client()) + "\\OrvSecurityver.dll");
-    std::string text;
-    for (std::size_t i = 0; version && i < version->size(); ++i) {
-        text += (i == 0 ? "" : ".") + std::to_string(version->at(i));
-    }
-    return text;
-}
-
 std::string secondsText(double seconds) {
     const auto hundredths = std::lround(seconds * 100);
     const std::string rest = std::to_string(hundredths % 100);
@@ -58,7 +46,7 @@ Session::Session(Scenario read, std::string file, ClientSystem& machine,
       folders(machine.folders()), binaries(std::move(built)), console(output) {}
 
 Session::~Session() {
-    if (!keep) {
+    if (hasBegun && !keep) {
         try {
             endHolders(system);
             system.shutDown();
@@ -84,6 +72,7 @@ bool Session::run(std::size_t phases) {
 void Session::layOut() {
     console.heading(scenario.title);
     refuseHosted(folders);
+    hasBegun = true;
     const auto earlier = systemOf(folders);
     endHolders(*earlier);
     earlier->shutDown();
@@ -164,15 +153,6 @@ void Session::serve(const Phase& phase) {
     }
     platform->beginRun(offerOf(scenario, materials, options), run, upgrade.offer,
                        expectedUpgradeOf(scenario, upgrade, options), serverFaults(phase));
-}
-
-ScriptHands Session::hands() {
-    return {[this](int code) { sendCommand(folders, code); },
-            [this](const Json& change) { applySet(folders, change); },
-            [this] { platform->release(); }, [this] { return platform->isHeld(); },
-            [this] {
-                return versionOfClient(folders);
-            }};
 }
 
 PhaseFacts Session::runClient(const Phase& phase) {

@@ -64,6 +64,7 @@ private:
     std::filesystem::path binaries;
     Console& console;
     bool keep = false;
+    bool hasBegun = false; ///< until then the folder's system is somebody else's
     ServerFeed feed;
     std::unique_ptr<UpdatePlatform> platform; ///< puts into the feed, so it goes first
     std::vector<BuiltMaterial> materials;

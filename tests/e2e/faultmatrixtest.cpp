@@ -86,7 +86,8 @@ public:
         EXPECT_EQ(runScenario(written(), folder), 0) << spot.on << " " << variant.name << "\n"
                                                      << textOf(folder / "output");
         EXPECT_TRUE(isLogged()) << spot.on << " " << variant.name;
-        EXPECT_EQ(others(), (std::set<std::string>{"bystander", "output", "scenario.json"}));
+        EXPECT_EQ(explained(), faultsOf(folder).at(0).at("words")) << spot.on;
+        EXPECT_EQ(others(), (Names{"bystander", "explained", "output", "scenario.json"}));
         EXPECT_EQ(textOf(folder / "bystander"), "as it was");
         if (!testing::Test::HasFailure()) {
             fs::remove_all(folder);
@@ -123,9 +124,32 @@ private:
         });
     }
 
+    /// What "explain" says was done to the question, the material or the other channel's part.
+    std::string explained() const {
+        // 1 where no run of the Kelvar channel was there to be told.
+        const int status =
+            callXsandbox({"explain", "--all", "--json", "--folder", "run"}, folder, "explained");
+        if (status != 0 && status != 1) {
+            return "exit status " + std::to_string(status);
+        }
+        const Json told = Json::parse(textOf(folder / "explained"));
+        for (const Json& run : told.at("runs")) {
+            for (const char* const list : {"questions", "materials"}) {
+                for (const Json& entry : run.at(list)) {
+                    if (entry.at("name") == spot.on) {
+                        return entry.at("fault").is_null() ? "" : entry.at("fault");
+                    }
+                }
+            }
+        }
+        const std::string said = told.at("faults").at(0);
+        const std::string on = std::string(spot.on) + ": ";
+        return said.rfind(on, 0) == 0 ? said.substr(on.size()) : said;
+    }
+
     /// What lies beside the run.
-    std::set<std::string> others() const {
-        std::set<std::string> names;
+    Names others() const {
+        Names names;
         for (const auto& entry : fs::directory_iterator(folder)) {
             names.insert(entry.path().filename().string());
         }

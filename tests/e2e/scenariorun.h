@@ -26,6 +26,13 @@ inline nlohmann::json smallScenario() {
     return nlohmann::json::parse(textOf(std::filesystem::path(SCENARIOS) / "small.json"));
 }
 
+/// xsandbox's exit status; what it says comes to `output` of `folder`.
+inline int callXsandbox(const std::vector<std::string>& arguments,
+                        const std::filesystem::path& folder, const char* output) {
+    auto child = sandbox::ChildProcess::start(XSANDBOX, arguments, folder, folder / output);
+    return child ? child->wait() : -1;
+}
+
 /// xsandbox's exit status for the scenario; its run lies in "run" of `folder`, and what it says
 /// in "output".
 inline int runScenario(const nlohmann::json& scenario, const std::filesystem::path& folder) {
@@ -35,8 +42,7 @@ inline int runScenario(const nlohmann::json& scenario, const std::filesystem::pa
     if (windowsBuild != nullptr) {
         arguments.insert(arguments.end(), {"--windows", "--binaries", windowsBuild});
     }
-    auto child = sandbox::ChildProcess::start(XSANDBOX, arguments, folder, folder / "output");
-    return child ? child->wait() : -1;
+    return callXsandbox(arguments, folder, "output");
 }
 
 /// The lines of the run's faults.jsonl.

@@ -54,4 +54,16 @@ TEST(ModuleSettings, AFailedWriteChangesNothing) {
     EXPECT_TRUE(events.of("setting").empty());
 }
 
+TEST(ModuleSettings, ADamagedFileIsNotReplaced) {
+    const auto file = sandbox::processFolders().settings();
+    const auto right = sandbox::readFile(file);
+    ASSERT_TRUE(right);
+    for (const char* damaged : {"", "{\"a\":", "[1]"}) {
+        ASSERT_TRUE(sandbox::replaceFile(file, damaged, sandbox::Durability::replaced));
+        EXPECT_FALSE(settings().setString("text", "other")) << damaged;
+        EXPECT_EQ(sandbox::readFile(file), damaged);
+    }
+    ASSERT_TRUE(sandbox::replaceFile(file, *right, sandbox::Durability::replaced));
+}
+
 } // namespace
