@@ -26,7 +26,7 @@ struct PackagePlan {
     std::optional<std::uint64_t> announced; ///< size, when not the right one
     std::string content;
     bool isForce = false;
-    bool fails = false; ///< its setup changes nothing
+    bool fails = false;            ///< its setup changes nothing
     std::vector<ClientFile> files; ///< that its setup puts in place
 };
 
