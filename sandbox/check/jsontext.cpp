@@ -134,7 +134,7 @@ private:
 };
 
 /// What the library says, without its number and place.
-std::string reasonOf(const Json::parse_error& error) {
+std::string reasonOf(const Json::exception& error) {
     const std::string text = error.what();
     const std::size_t place = text.find(": ");
     return place == std::string::npos ? text : text.substr(place + 2);
@@ -158,6 +158,8 @@ JsonText::JsonText(const std::string& text, Mistakes& mistakes) : parsed(Json::v
     } catch (const Json::parse_error& error) {
         const std::size_t wrong = error.byte == 0 ? 0 : error.byte - 1; // the last one read
         mistakes.add(lineAt(text, wrong), "syntax", reasonOf(error));
+    } catch (const Json::exception& error) { // a number that no machine holds
+        mistakes.add(count.line, "syntax", reasonOf(error));
     }
 }
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <stdexcept>
 
 #include "sandbox/check/scenarioparts.h"
@@ -17,6 +18,19 @@ constexpr std::array<const char*, 3> numberSteps{"wait", "waitReport", "waitRun"
 constexpr std::array<const char*, 5> textSteps{"waitText", "waitLog", "waitFailure", "waitProgram",
                                                "waitVersion"};
 constexpr std::array<const char*, 3> packageSteps{"release", "waitEnd", "waitHeld"};
+
+constexpr std::size_t mostQuestions = 5; // of one conversation
+
+/// Members that a restart takes no notice of, in the phase and in what it expects.
+constexpr std::array<const char*, 8> runMembers{"asks", "offers", "questions", "faults",
+                                                "host", "ui",     "upgrade",   "set"};
+constexpr std::array<const char*, 12> runExpectations{
+    "downloads",  "programs",      "notifications",    "events",
+    "logs",       "hostExit",      "failures",         "reports",
+    "fileChecks", "packageChecks", "packageDownloads", "fileDownloads"};
+/// All that is looked at where `client` stands for the rest.
+constexpr std::array<const char*, 7> besideClient{"client",   "versions", "logs",   "failures",
+                                                  "hostExit", "anything", "comment"};
 
 template <class List>
 bool isOneOf(const List& list, const Json& word) {
@@ -63,11 +77,46 @@ public:
         checkNames(memberOf(memberOf(place, "fileList"), "of"),
                    objectAt(expect, "fileList").value("of", Json()));
         checkStates(memberOf(place, "materials"), objectAt(expect, "materials"));
+        checkQuestions();
+        checkMeaning(place, expect);
         checkFaults();
         checkSteps();
     }
 
 private:
+    void checkQuestions() {
+        const Json told = phase.value("questions", Json());
+        const Json list = told.is_array() ? told : Json::array({told});
+        for (const Json& number : list) {
+            if (number.is_number_unsigned() && number.get<std::uint64_t>() > mostQuestions) {
+                add(memberOf(pointer, "questions"), "value-range",
+                    "a conversation has at most " + std::to_string(mostQuestions) +
+                        " questions, not " + number.dump());
+            }
+        }
+    }
+
+    /// What would be taken and never looked at.
+    void checkMeaning(const std::string& place, const Json& expect) {
+        const bool isRestart = phase.value("do", Json()) == "restart";
+        for (const auto& [name, value] : phase.items()) {
+            if (isRestart && isOneOf(runMembers, name)) {
+                add(memberOf(pointer, name), "member-idle", "\"" + name + "\" is of a run only");
+            }
+        }
+        for (const auto& [name, value] : expect.items()) {
+            if (isRestart && isOneOf(runExpectations, name)) {
+                add(memberOf(place, name), "member-idle", "\"" + name + "\" is of a run only");
+            } else if (expect.contains("client") && !isOneOf(besideClient, name)) {
+                add(memberOf(place, name), "member-idle",
+                    "\"" + name + "\" is not looked at beside \"client\"");
+            } else if (name == "anything" && !expect.contains("client")) {
+                add(memberOf(place, name), "member-idle",
+                    "\"anything\" is looked at beside \"client\" only");
+            }
+        }
+    }
+
     /// A list that names a material which is not there would only expect less.
     void checkNames(const std::string& place, const Json& list) {
         for (std::size_t i = 0; list.is_array() && i < list.size(); ++i) {

@@ -38,9 +38,10 @@ int compareVersions(const std::string& a, const std::string& b) {
     const std::vector<std::string> left = split(a);
     const std::vector<std::string> right = split(b);
     for (std::size_t i = 0; i < std::min(left.size(), right.size()); ++i) {
-        const long difference = numberOf(left[i]) - numberOf(right[i]);
-        if (difference != 0) {
-            return difference < 0 ? -1 : 1;
+        const long ours = numberOf(left[i]);
+        const long theirs = numberOf(right[i]);
+        if (ours != theirs) {
+            return ours < theirs ? -1 : 1;
         }
     }
     return left.size() == right.size() ? 0 : left.size() < right.size() ? -1 : 1;

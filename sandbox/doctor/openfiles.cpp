@@ -1,11 +1,10 @@
 #include "sandbox/doctor/openfiles.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <set>
 
 #include "sandbox/common/clientpath.h"
+#include "sandbox/platform/filewrites.h"
 
 namespace sandbox::doctor {
 
@@ -14,8 +13,7 @@ namespace fs = std::filesystem;
 namespace {
 
 std::string contentOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    return readFile(file).value_or(""); // the process may end at any moment
 }
 
 /// The running processes, by their folders in /proc.
@@ -89,7 +87,8 @@ private:
         const auto [end, at] =
             std::mismatch(client.begin(), client.end(), file.begin(), file.end());
         std::error_code error;
-        return end == client.end() && at != file.end() && fs::is_regular_file(file, error);
+        return !client.empty() && end == client.end() && at != file.end() &&
+               fs::is_regular_file(file, error);
     }
 
     std::string relative(const fs::path& file) const {

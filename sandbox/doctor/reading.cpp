@@ -134,7 +134,12 @@ void readFileList(Snapshot& snapshot, Report& report) {
         return;
     }
     pugi::xml_document document;
-    const pugi::xml_parse_result parsed = document.load_file(file.c_str());
+    const auto text = readFile(file);
+    if (!text) {
+        report.add(Code::listUnreadable, "filelist.xml", "filelist.xml cannot be read");
+        return;
+    }
+    const pugi::xml_parse_result parsed = document.load_buffer(text->data(), text->size());
     const pugi::xml_node list = document.child("Root").child("FileList");
     if (!parsed || list.empty()) {
         report.add(Code::listUnreadable, "filelist.xml",

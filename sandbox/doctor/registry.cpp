@@ -10,7 +10,8 @@
 namespace sandbox::doctor {
 namespace {
 
-constexpr std::string_view key = "\n[System\\\\CurrentControlSet\\\\Control\\\\Session Manager]";
+constexpr std::string_view sessionManager =
+    "\n[System\\\\CurrentControlSet\\\\Control\\\\Session Manager]";
 constexpr std::string_view valueName = "\n\"PendingFileRenameOperations\"=";
 constexpr std::string_view asText = "str(7):\"";
 constexpr std::string_view asBytes = "hex(7):";
@@ -112,11 +113,11 @@ std::optional<std::string> pendingRenamesIn(const std::filesystem::path& registr
         return std::nullopt;
     }
     std::string_view text = *content;
-    const std::size_t section = text.find(key);
+    const std::size_t section = text.find(sessionManager);
     if (section == text.npos) {
         return "";
     }
-    text.remove_prefix(section + key.size());
+    text.remove_prefix(section + sessionManager.size());
     text = text.substr(0, text.find("\n["));
     const std::size_t value = text.find(valueName);
     if (value == text.npos) {

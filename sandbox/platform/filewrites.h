@@ -8,7 +8,8 @@
 /// Files that others read and write at the same time. Any thread.
 namespace sandbox {
 
-/// The whole content; nothing when the file cannot be read. Is in no writer's way.
+/// The whole content; nothing when it cannot be read or is no file: a folder, a pipe. Is in no
+/// writer's way.
 std::optional<std::string> readFile(const std::filesystem::path& file);
 
 /// Appends with a single write, so that lines of several processes do not mix; makes the

@@ -1,10 +1,10 @@
 #include "sandbox/platform/filewrites.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace sandbox {
@@ -68,9 +68,23 @@ void syncFolder(const std::filesystem::path& folder) {
 } // namespace
 
 std::optional<std::string> readFile(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::string bytes(std::istreambuf_iterator<char>(stream), {});
-    return stream.bad() || !stream.is_open() ? std::nullopt : std::optional(std::move(bytes));
+    const Descriptor descriptor(file, O_RDONLY | O_NONBLOCK); // a pipe's writer is not waited for
+    struct stat facts {};
+    if (!descriptor.valid() || ::fstat(descriptor.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) {
+        return std::nullopt;
+    }
+    std::string bytes;
+    std::array<char, 65536> block; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    while (true) {
+        const ssize_t got = ::read(descriptor.get(), block.data(), block.size());
+        if (got > 0) {
+            bytes.append(block.data(), static_cast<std::size_t>(got));
+        } else if (got == 0) {
+            return bytes;
+        } else if (errno != EINTR) {
+            return std::nullopt;
+        }
+    }
 }
 
 bool appendToFile(const std::filesystem::path& file, std::string_view bytes) {
