@@ -48,7 +48,7 @@ Json scenarioOf(const Case& tested) {
                                  {"data\\new.dat", "1.3.0.1600"}};
     Json faulty = run;
     faulty["expect"]["client"] = "either";
-    faulty["faults"] = {Json::parse(tested.fault)};
+    faulty["faults"] = Json::array({Json::parse(tested.fault)});
     faulty.merge_patch(Json::parse(tested.change));
     run["expect"]["client"] = "complete";
     const Json restart = {{"do", "restart"}, {"expect", {{"client", "either"}}}};
@@ -76,7 +76,7 @@ TEST(FaultsByAttempt, MeetTheirOwnRequestOnly) {
     run["host"] = {"--runs", "2", "--limit", "60000"};
     run["questions"] = {5, 5};
     const Json fault = {{"on", "BatchGetMaterialMeta"}, {"fault", "status"}, {"status", 503}};
-    run["faults"] = {fault};
+    run["faults"] = Json::array({fault});
     run["faults"][0]["attempt"] = 1;
     const std::filesystem::path folder = e2e::newFolder();
     EXPECT_EQ(e2e::runScenario(scenario, folder), 0) << e2e::textOf(folder / "output");

@@ -104,13 +104,13 @@ private:
         scenario["client"]["config"]["httpTimeoutMs"] = 3000;
         Json& faulty = scenario["phases"][0];
         faulty["title"] = variant.name;
-        faulty["faults"] = {fault()};
+        faulty["faults"] = Json::array({fault()});
         faulty["expect"]["client"] = "either";
         if (isParseError(spot, variant.name)) {
-            faulty["expect"]["failures"] = {"parse error"};
+            faulty["expect"]["failures"] = Json::array({"parse error"});
         }
         if (isPlacedUnseen(spot, variant.name)) {
-            faulty["expect"]["anything"] = {"patchlib0.dat"};
+            faulty["expect"]["anything"] = Json::array({"patchlib0.dat"});
         }
         scenario["phases"][1]["expect"]["client"] = "complete";
         return scenario;

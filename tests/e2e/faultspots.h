@@ -45,7 +45,7 @@ inline Json upgradeCell(const Json& client, const Json& upgrade, const char* beg
     scenario["client"].merge_patch(client);
     const Json run = {{"do", "run"},
                       {"asks", {{"files", {{"1000", "<stored>"}, {"1001", "<stored>"}}}}},
-                      {"ui", {{{"waitLog", begins}}}},
+                      {"ui", Json::array({{{"waitLog", begins}}})},
                       {"expect", Json::object()}};
     scenario["phases"] = {run, run};
     return scenario;
@@ -57,14 +57,14 @@ inline Json packageCell() {
                                 {{"package", {{"version", "1.4.0.1"}, {"size", 12582912}}}},
                                 "update plugin, pkg, task check, request:");
     scenario["phases"][1]["set"] = {{"KEY_UPDATE_PKG_LAST_CHECK_TIME", 1}};
-    scenario["phases"][1]["ui"] = {{{"waitVersion", "1.4.0.1"}}};
+    scenario["phases"][1]["ui"] = Json::array({{{"waitVersion", "1.4.0.1"}}});
     return scenario;
 }
 
 inline Json fileCell() {
     const Json files = {{{"type", 1000}, {"version", "1.3.0.1"}, {"size", 40960}},
                         {{"type", 1001}, {"version", "1.3.0.2"}, {"size", 5000}}};
-    return upgradeCell({{"files", {{{"path", "patchlib0.dat"}, {"size", 2000}}}}},
+    return upgradeCell({{"files", Json::array({{{"path", "patchlib0.dat"}, {"size", 2000}}})}},
                        {{"files", files}}, "update plugin, file, task check, request:");
 }
 
