@@ -9,6 +9,7 @@
 #include "platform/lasterror.h"
 #include "platform/paths.h"
 #include "platform/process.h"
+#include "utils/mutex.h"
 #include "utils/utils.h"
 
 namespace {
@@ -67,6 +68,10 @@ std::string getAppDir() {
 }
 
 std::string getChannelType() {
+    // The host's thread and a worker ask at once. The later one would find the module of the
+    // earlier one loaded, take no reference of its own, and run into code that the earlier frees.
+    static Mutex& loading = *new Mutex;
+    const MutexLock guard(loading);
     if (const LoadedModule marker(markerModule, markerFolder); marker.get()) {
         XLOG(logProgress, "there is tarnlyoem.dll, this ver is tarnly.");
         return markerChannel;
