@@ -1,4 +1,7 @@
+#include <atomic>
+#include <chrono>
 #include <gtest/gtest.h>
+#include <thread>
 
 #include "sandbox/materials/pefile.h"
 #include "support/fakehost.h"
@@ -126,6 +129,33 @@ TEST(ClientTest, AModuleThatWasThereIsNotFreed) {
     fake::load(L"OrvSecurityver.dll");
     utils::getChannelType();
     EXPECT_EQ(fake::references(L"OrvSecurityver.dll"), 1);
+}
+
+/// Calls of the module's export, of which the first waits for a second one to come in.
+struct ChannelCalls {
+    static int answer(char* /*buffer*/, int* /*length*/) {
+        if (++calls == 1) {
+            second = std::thread([] { utils::getChannelType(); });
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            seenByFirst = calls.load();
+        }
+        return 0;
+    }
+    static inline std::atomic<int> calls{0};
+    static inline std::atomic<int> seenByFirst{0};
+    static inline std::thread second;
+};
+
+TEST(ClientTest, NobodyUsesAModuleThatAnotherThreadIsToFree) {
+    FakeHost host;
+    fake::addModule(L"OrvSecurityver.dll",
+                    {{"GetChannelType", reinterpret_cast<void*>(&ChannelCalls::answer)}},
+                    fake::Presence::loadable);
+    utils::getChannelType();
+    ChannelCalls::second.join();
+    EXPECT_EQ(ChannelCalls::seenByFirst.load(), 1);
+    EXPECT_EQ(ChannelCalls::calls.load(), 2);
+    EXPECT_EQ(fake::references(L"OrvSecurityver.dll"), 0);
 }
 
 TEST(ClientTest, OperatingSystemVersion) {
