@@ -151,6 +151,7 @@ TEST(ClientTest, NobodyUsesAModuleThatAnotherThreadIsToFree) {
     fake::addModule(L"OrvSecurityver.dll",
                     {{"GetChannelType", reinterpret_cast<void*>(&ChannelCalls::answer)}},
                     fake::Presence::loadable);
+    ChannelCalls::calls = 0;
     utils::getChannelType();
     ChannelCalls::second.join();
     EXPECT_EQ(ChannelCalls::seenByFirst.load(), 1);
