@@ -3,7 +3,6 @@
 #include <optional>
 
 #include "sandbox/common/clientpath.h"
-#include "sandbox/doctor/filefacts.h"
 
 namespace sandbox::check {
 namespace {
@@ -50,7 +49,7 @@ private:
         } else if (param < open) {
             add("exec-no-program", "the program of \"" + text +
                                        "\" is not in double quotes, so its parameter is started");
-        } else if (!programs.empty() && programs.count(leafOf(*program)) == 0) {
+        } else if (!programs.empty() && programs.count(comparablePath(leafOf(*program))) == 0) {
             add("exec-program-unknown",
                 *program + " is no file of the client, and no material brings it");
         }
@@ -72,11 +71,6 @@ private:
         } else if (!valueOf(paramKey, processKey.size())) {
             add("exec-param-lost", "the parameter of \"" + text + "\" is not in double quotes");
         }
-    }
-
-    static std::string leafOf(const std::string& program) {
-        const std::string path = comparablePath(program);
-        return path.substr(path.find_last_of('\\') + 1);
     }
 
     void add(const char* code, const std::string& what) {

@@ -4,8 +4,7 @@
 #include <array>
 #include <optional>
 
-#include "sandbox/doctor/dottedversion.h"
-#include "sandbox/doctor/filefacts.h"
+#include "sandbox/common/dottedversion.h"
 
 namespace sandbox::check {
 namespace {
@@ -91,9 +90,10 @@ private:
         if (!isDottedVersion(bound.version)) {
             add("expression-version", "\"" + bound.version + "\" is no version of dotted numbers");
         } else if (partsOf(bound.version) > own) {
-            add("expression-version", "\"" + bound.version + "\" has more parts than " + tag +
-                                          ", which has " + std::to_string(own) +
-                                          ": with the same parts it counts as the newer");
+            add("expression-version", "\"" + bound.version + "\" has more than the " +
+                                          std::to_string(own) + " parts of " + tag +
+                                          ": of two versions that begin alike the longer one is "
+                                          "the newer");
         } else if (bound.op == "==" && partsOf(bound.version) != own) {
             add("expression-never", "== \"" + bound.version + "\" never holds: " + tag + " has " +
                                         std::to_string(own) + " parts");
@@ -111,7 +111,7 @@ private:
 
     void addClause(const std::string& clause, const std::string& why) {
         add("expression-no-clause",
-            "the clause \"" + clause + "\" " + why + ", so it stores nothing and all pass");
+            "the clause \"" + clause + "\" " + why + ", so it stores nothing and refuses nobody");
     }
 
     void add(const char* code, const std::string& text) {

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <set>
 #include <vector>
+
+#include "sandbox/common/jsondepth.h"
 
 namespace sandbox::check {
 namespace {
@@ -68,12 +71,9 @@ public:
     bool key(string_t& name) override {
         Frame& frame = frames.back();
         frame.member = name;
-        const bool isNew =
-            std::find(frame.names.begin(), frame.names.end(), name) == frame.names.end();
-        if (!isNew) {
+        if (!frame.names.insert(name).second) {
             mistakes.add(count.line, "member-twice", "the member \"" + name + "\" stands twice");
         }
-        frame.names.push_back(name);
         memberLine = count.line;
         return true;
     }
@@ -89,7 +89,7 @@ private:
         bool isArray = false;
         std::size_t index = 0;
         std::string member;
-        std::vector<std::string> names;
+        std::set<std::string> names;
     };
 
     /// The place of the value that comes now.
@@ -148,6 +148,10 @@ std::size_t lineAt(const std::string& text, std::size_t position) {
 } // namespace
 
 JsonText::JsonText(const std::string& text, Mistakes& mistakes) : parsed(Json::value_t::discarded) {
+    if (const auto line = lineTooDeep(text)) {
+        mistakes.add(*line, "syntax", tooDeep);
+        return;
+    }
     CountingIterator::Count count;
     LineNotes notes(count, lines, mistakes);
     const char* begin = text.data();

@@ -13,8 +13,8 @@ namespace sandbox::check {
 /// A JSON text with the line of every value, by the value's JSON pointer.
 class JsonText {
 public:
-    /// A text that is no JSON, and a member that stands twice, are mistakes; of the former the
-    /// value is discarded.
+    /// A text that is no JSON or goes deeper than `deepestJson`, and a member that stands twice,
+    /// are mistakes; of the former the value is discarded.
     JsonText(const std::string& text, Mistakes& mistakes);
 
     const nlohmann::json& value() const { return parsed; }

@@ -45,8 +45,8 @@ struct Offered {
     std::vector<Material> materials;
     /// Lower-case names of what the client can start; empty when the client is not known.
     std::set<std::string> programs;
-    /// Keys of the folders below update that the client has by itself.
-    std::set<std::string> updateFolders;
+    /// Keys of the folders below update that the client has by itself, when it is known.
+    std::optional<std::set<std::string>> updateFolders;
 };
 
 /// What is wrong with one of them by itself.

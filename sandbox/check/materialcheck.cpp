@@ -8,8 +8,8 @@
 #include "sandbox/check/misspelling.h"
 #include "sandbox/check/targetpath.h"
 #include "sandbox/common/clientpath.h"
-#include "sandbox/doctor/dottedversion.h"
-#include "sandbox/doctor/filefacts.h"
+#include "sandbox/common/dottedversion.h"
+#include "sandbox/common/filefacts.h"
 
 namespace sandbox::check {
 namespace {
@@ -18,15 +18,6 @@ constexpr std::array<const char*, 8> knownParameters{
     "osver", "file_path", "file_md5", "check_sys", "check_app", "non_cab", "dependent", "exec"};
 constexpr std::size_t longestTarget = 200;         // 259 with the folder of the client
 constexpr unsigned long long largest = 2147483647; // sizes are kept in 32 bits with a sign
-
-std::string leafOf(const std::string& path) {
-    return path.substr(path.find_last_of('\\') + 1);
-}
-
-std::string clientForm(std::string path) {
-    std::replace(path.begin(), path.end(), '/', '\\');
-    return path;
-}
 
 class MaterialCheck {
 public:
@@ -134,13 +125,20 @@ private:
                     "nobody reads the parameter \"" + key + "\"; is \"" + *meant + "\" meant?");
             }
         }
-        const Located* nonCab = material.parameter("non_cab");
-        if (nonCab != nullptr && nonCab->text != "0" && nonCab->text != "1") {
-            add(nonCab->line, "non-cab-form",
-                "non_cab is 0 or 1; \"" + nonCab->text + "\" counts as " +
-                    (std::strtol(nonCab->text.c_str(), nullptr, 10) != 0 ? "1" : "0"));
-        } else if (nonCab != nullptr && (nonCab->text == "1") == material.isCabinet) {
-            add(nonCab->line, "non-cab-wrong",
+        if (const auto nonCab = material.parameters.find("non_cab");
+            nonCab != material.parameters.end()) {
+            checkNonCab(nonCab->second);
+        }
+    }
+
+    /// An empty text is one too: it counts as 0.
+    void checkNonCab(const Located& nonCab) {
+        if (!nonCab.text.empty() && nonCab.text != "0" && nonCab.text != "1") {
+            add(nonCab.line, "non-cab-form",
+                "non_cab is 0 or 1; \"" + nonCab.text + "\" counts as " +
+                    (std::strtol(nonCab.text.c_str(), nullptr, 10) != 0 ? "1" : "0"));
+        } else if ((nonCab.text == "1") == material.isCabinet) {
+            add(nonCab.line, "non-cab-wrong",
                 material.isCabinet ? "non_cab 1 puts the cabinet itself in place"
                                    : "without non_cab 1 the client takes the file for a cabinet");
         }
@@ -167,7 +165,7 @@ private:
         if (!material.isCabinet || !material.path || material.members.empty()) {
             return;
         }
-        const std::string leaf = comparablePath(leafOf(clientForm(material.target())));
+        const std::string leaf = comparablePath(leafOf(material.target()));
         std::set<std::string> names;
         for (const Located& member : material.members) {
             checkMember(member, names);
@@ -187,7 +185,8 @@ private:
         } else if (!names.insert(key).second) {
             add(member.line, "cabinet-member-twice",
                 "two members are called \"" + member.text + "\"");
-        } else if (folder != key.npos && offered.updateFolders.count(key.substr(0, folder)) == 0) {
+        } else if (folder != key.npos && offered.updateFolders &&
+                   offered.updateFolders->count(key.substr(0, folder)) == 0) {
             add(member.line, "cabinet-member-folder",
                 "the cabinet does not expand: nobody makes the folder of \"" + member.text +
                     "\" in update");

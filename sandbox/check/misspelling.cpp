@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "sandbox/doctor/filefacts.h"
+#include "sandbox/common/filefacts.h"
 
 namespace sandbox::check {
 namespace {

@@ -1,12 +1,12 @@
 #include "sandbox/check/newscenario.h"
 
-#include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstdio>
 #include <stdexcept>
+#include <system_error>
 
 #include <nlohmann/json.hpp>
-
-#include "sandbox/platform/filewrites.h"
 
 namespace sandbox::check {
 namespace {
@@ -172,6 +172,28 @@ Json leftByRestart(const Json& update) {
     return left;
 }
 
+[[noreturn]] void refuseFile(const std::filesystem::path& file, int error) {
+    throw std::runtime_error(error == EEXIST ? file.string() + " is there already"
+                                             : "cannot write " + file.string() + ": " +
+                                                   std::generic_category().message(error));
+}
+
+/// Makes the file with the system's word that it was not there, so that no other's is lost.
+void makeFile(const std::filesystem::path& file, const std::string& text) {
+    std::FILE* made = std::fopen(file.c_str(), "wx");
+    if (made == nullptr) {
+        refuseFile(file, errno);
+    }
+    const bool isWritten = std::fwrite(text.data(), 1, text.size(), made) == text.size();
+    const int error = errno;
+    if (std::fclose(made) != 0 || !isWritten) {
+        const int reason = isWritten ? errno : error;
+        std::error_code ignored;
+        std::filesystem::remove(file, ignored);
+        refuseFile(file, reason);
+    }
+}
+
 void addPart(Json& scenario, const Part& part) {
     join(scenario["client"], Json::parse(part.client));
     join(scenario["platform"]["materials"], Json::parse(part.materials));
@@ -180,6 +202,14 @@ void addPart(Json& scenario, const Part& part) {
 }
 
 } // namespace
+
+std::string namesOfNewParts() {
+    std::string names;
+    for (const std::string& name : newParts()) {
+        names += (names.empty() ? "" : ", ") + name;
+    }
+    return names;
+}
 
 const std::set<std::string>& newParts() {
     static const std::set<std::string> names = [] {
@@ -195,11 +225,9 @@ const std::set<std::string>& newParts() {
 void writeNewScenario(const std::filesystem::path& file, const std::set<std::string>& wanted) {
     for (const std::string& name : wanted) {
         if (newParts().count(name) == 0) {
-            throw std::runtime_error("there is no part \"" + name + "\" of a scenario");
+            throw std::runtime_error("a scenario has no part \"" + name + "\"; there are " +
+                                     namesOfNewParts());
         }
-    }
-    if (std::filesystem::exists(file)) {
-        throw std::runtime_error(file.string() + " is there already");
     }
     Json scenario = Json::parse(base);
     for (const Part& part : parts) {
@@ -211,9 +239,7 @@ void writeNewScenario(const std::filesystem::path& file, const std::set<std::str
         scenario["phases"][i]["expect"]["update"] =
             leftByRestart(scenario["phases"][0]["expect"]["update"]);
     }
-    if (!replaceFile(file, scenario.dump(2) + '\n', Durability::replaced)) {
-        throw std::runtime_error("cannot write " + file.string());
-    }
+    makeFile(file, scenario.dump(2) + '\n');
 }
 
 } // namespace sandbox::check

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <stdexcept>
 
-#include "sandbox/check/scenarioparts.h"
+#include "sandbox/check/jsontext.h"
+#include "sandbox/check/material.h"
+#include "sandbox/check/members.h"
+#include "sandbox/check/offershape.h"
 #include "sandbox/check/targetpath.h"
+#include "sandbox/common/cabinetfile.h"
 #include "sandbox/common/clientpath.h"
-#include "sandbox/doctor/cabinetfile.h"
 #include "sandbox/platform/filewrites.h"
 
 namespace sandbox::check {
@@ -20,8 +24,15 @@ using Json = nlohmann::json;
 
 constexpr std::array<const char*, 2> neededParameters{"file_path", "file_md5"};
 
-std::string leafOf(const std::string& path) {
-    return path.substr(path.find_last_of("\\/") + 1);
+/// Whether the row can be read; what is of another kind has been told already.
+bool isReadable(const Json& row) {
+    const Json& meta = objectAt(row, "meta");
+    const auto isText = [&](const char* member) {
+        return !meta.contains(member) || meta.at(member).is_string();
+    };
+    return row.is_object() && row.contains("meta") && row.at("meta").is_object() &&
+           isText("file_id") && isText("md5") &&
+           (!meta.contains("extends") || meta.at("extends").is_object());
 }
 
 /// One row of the answer, with its file.
@@ -31,13 +42,11 @@ public:
         : offer(whole), folder(storage), mistakes(found),
           pointer(memberOf(elementOf("/metas", number), "meta")),
           meta(objectAt(whole.value().at("metas").at(number), "meta")),
-          couplePointer(elementOf("/full_packet_diff/materials", number)) {
-        const Json couples = listAt(objectAt(whole.value(), "full_packet_diff"), "materials");
-        couple = number < couples.size() ? couples.at(number) : Json();
-    }
+          couplePointer(elementOf("/full_packet_diff/materials", number)),
+          coupled(coupleAt(whole.value(), number)) {}
 
     Material read() {
-        const std::string id = textAt(meta, "file_id");
+        const std::string& id = textAt(meta, "file_id");
         material.name = id.empty() ? pointer : id;
         material.line = offer.lineOf(pointer);
         material.md5 = Located{textAt(meta, "md5"), lineOf("md5")};
@@ -47,7 +56,8 @@ public:
             material.path = parameter("file_path");
         }
         const fs::path file = folder / pathOf(id);
-        if (!nameRefusalOf(id).empty() || !fs::is_regular_file(file)) {
+        std::error_code error; // a name may be longer than the system's
+        if (!nameRefusalOf(id).empty() || !fs::is_regular_file(file, error)) {
             mistakes.add(lineOf("file_id"), "file-missing",
                          "there is no file \"" + id + "\" in the folder");
         } else {
@@ -64,20 +74,29 @@ private:
         return found == material.parameters.end() ? Located{"", lineOf("extends")} : found->second;
     }
 
+    /// Null for a row that the packet does not have.
+    static const Json& coupleAt(const Json& whole, std::size_t number) {
+        static const Json none;
+        const Json& couples = listAt(objectAt(whole, "full_packet_diff"), "materials");
+        return number < couples.size() ? couples[number] : none;
+    }
+
     void readCouple() {
-        if (!couple.is_object()) {
+        if (!coupled.is_object()) {
             return;
         }
-        const Json key = objectAt(couple, "material_id");
-        material.version = Located{textAt(couple, "target_version"),
-                                   offer.lineOf(memberOf(couplePointer, "target_version"))};
+        const Json& key = objectAt(coupled, "material_id");
+        if (!coupled.contains("target_version") || coupled.at("target_version").is_string()) {
+            material.version = Located{textAt(coupled, "target_version"),
+                                       offer.lineOf(memberOf(couplePointer, "target_version"))};
+        }
         material.module =
             Located{textAt(objectAt(key, "module_id"), "id"),
                     offer.lineOf(memberOf(memberOf(couplePointer, "material_id"), "module_id"))};
     }
 
     void readParameters() {
-        const Json parameters = objectAt(meta, "extends");
+        const Json& parameters = objectAt(meta, "extends");
         const std::string place = memberOf(pointer, "extends");
         for (const auto& [key, value] : parameters.items()) {
             const std::size_t line = offer.lineOf(memberOf(place, key));
@@ -106,7 +125,7 @@ private:
         }
         material.storedMd5 = facts->md5;
         material.isCabinet = isCabinetFile(file);
-        const bool saysPlain = parameter("non_cab").text == "1";
+        const bool saysPlain = std::strtol(parameter("non_cab").text.c_str(), nullptr, 10) != 0;
         if (!material.isCabinet && material.parameters.count("non_cab") == 0) {
             mistakes.add(lineOf("extends"), "non-cab-wrong",
                          material.name +
@@ -148,14 +167,14 @@ private:
     const fs::path& folder;
     Mistakes& mistakes;
     std::string pointer;
-    Json meta;
+    const Json& meta;
     std::string couplePointer;
-    Json couple;
+    const Json& coupled; ///< its material in the packet
     Material material;
 };
 
-void readPacket(const JsonText& offer, Offered& offered, Mistakes& mistakes) {
-    const Json packet = objectAt(offer.value(), "full_packet_diff");
+void readPacket(const JsonText& offer, std::size_t rows, Offered& offered, Mistakes& mistakes) {
+    const Json& packet = objectAt(offer.value(), "full_packet_diff");
     if (packet.empty()) {
         return;
     }
@@ -167,10 +186,9 @@ void readPacket(const JsonText& offer, Offered& offered, Mistakes& mistakes) {
         (*offered.modules)[textAt(objectAt(module, "module_id"), "id")] = {};
     }
     const std::size_t keys = listAt(packet, "materials").size();
-    if (keys != offered.materials.size()) {
+    if (keys != rows) {
         mistakes.add(offer.lineOf(memberOf(place, "materials")), "count-differs",
-                     std::to_string(keys) + " materials have " +
-                         std::to_string(offered.materials.size()) +
+                     std::to_string(keys) + " materials have " + std::to_string(rows) +
                          " metas: the client drops the whole answer");
     }
 }
@@ -189,15 +207,15 @@ std::vector<Mistake> checkOffer(const fs::path& folder) {
     if (offer.value().is_discarded()) {
         return mistakes.sorted();
     }
+    checkShape(offer, "", offerShape(), mistakes);
     Offered offered;
-    const Json rows = listAt(offer.value(), "metas");
-    if (!offer.value().is_object() || !offer.value().contains("metas")) {
-        mistakes.add(1, "member-missing", "the answer has no array \"metas\"");
-    }
+    const Json& rows = listAt(offer.value(), "metas");
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        offered.materials.push_back(RowReader(offer, i, folder, mistakes).read());
+        if (isReadable(rows[i])) {
+            offered.materials.push_back(RowReader(offer, i, folder, mistakes).read());
+        }
     }
-    readPacket(offer, offered, mistakes);
+    readPacket(offer, rows.size(), offered, mistakes);
     for (const Material& material : offered.materials) {
         checkMaterial(offered, material, mistakes);
     }

@@ -3,8 +3,10 @@
 #include <cstdint>
 #include <stdexcept>
 
+#include "sandbox/check/members.h"
 #include "sandbox/check/scenarioparts.h"
 #include "sandbox/check/scenarioshape.h"
+#include "sandbox/check/targetpath.h"
 #include "sandbox/faults/fault.h"
 
 namespace sandbox::check {
@@ -13,12 +15,9 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr const char* everyMaterial = "*";
-constexpr std::array<const char*, 5> commands{"check", "download", "install", "ignore", "cancel"};
-constexpr std::array<const char*, 3> numberSteps{"wait", "waitReport", "waitRun"};
-constexpr std::array<const char*, 5> textSteps{"waitText", "waitLog", "waitFailure", "waitProgram",
-                                               "waitVersion"};
-constexpr std::array<const char*, 3> packageSteps{"release", "waitEnd", "waitHeld"};
-
+constexpr const char* inUseFault = "in-use";
+constexpr const char* updatePrefix = "update\\";
+constexpr std::array<const char*, 2> channelFiles{"patchlib0.dat", "patchlib1.dat"};
 constexpr std::size_t mostQuestions = 5; // of one conversation
 
 /// Members that a restart takes no notice of, in the phase and in what it expects.
@@ -32,45 +31,62 @@ constexpr std::array<const char*, 12> runExpectations{
 constexpr std::array<const char*, 7> besideClient{"client",   "versions", "logs",   "failures",
                                                   "hostExit", "anything", "comment"};
 
-template <class List>
-bool isOneOf(const List& list, const Json& word) {
-    return word.is_string() &&
-           std::find(list.begin(), list.end(), word.get<std::string>()) != list.end();
-}
+/// What the whole scenario has, which a step may name.
+struct Nameable {
+    std::set<std::string> materials;
+    bool hasBulk = false;        ///< materials by a rule
+    std::set<std::string> paths; ///< keys of the files that a client may come to have
+    const StandingFiles& standing;
+    NamedFields fields;
+};
 
-bool isAction(const std::string& name) {
-    return name == "set" || isOneOf(numberSteps, name) || isOneOf(textSteps, name) ||
-           isOneOf(packageSteps, name);
-}
-
-std::size_t actionsOf(const Json& step) {
-    std::size_t actions = 0;
-    for (const auto& [name, value] : step.items()) {
-        actions += isAction(name) ? 1 : 0;
+/// Of the object `upgrade` that it has.
+void addPackagePaths(const Json& whole, std::set<std::string>& paths) {
+    for (const Json& file : listAt(objectAt(objectAt(whole, "upgrade"), "package"), "files")) {
+        paths.insert(targetKey(textAt(file, "path")));
     }
-    return actions;
 }
 
-std::set<std::string> materialNames(const JsonText& scenario) {
-    std::set<std::string> names;
-    const Json platform = objectAt(scenario.value(), "platform");
+std::set<std::string> pathsIn(const Json& scenario, const StandingFiles& standing) {
+    std::set<std::string> paths = moduleKeys();
+    paths.insert(channelFiles.begin(), channelFiles.end());
+    for (const auto& [key, file] : standing) {
+        paths.insert(key);
+    }
+    for (const Json& material : listAt(objectAt(scenario, "platform"), "materials")) {
+        paths.insert(targetKey(textAt(material, "path")));
+        paths.insert(targetKey(textAt(objectAt(material, "parameters"), "file_path")));
+    }
+    addPackagePaths(scenario, paths);
+    for (const Json& phase : listAt(scenario, "phases")) {
+        addPackagePaths(phase, paths);
+    }
+    paths.erase("");
+    return paths;
+}
+
+Nameable nameableIn(const JsonText& scenario, const StandingFiles& standing) {
+    const Json& platform = objectAt(scenario.value(), "platform");
+    Nameable known{{},
+                   platform.contains("bulk"),
+                   pathsIn(scenario.value(), standing),
+                   standing,
+                   namedFieldsIn(scenario)};
     for (const Json& material : listAt(platform, "materials")) {
-        names.insert(textAt(material, "name"));
+        known.materials.insert(textAt(material, "name"));
     }
-    return names;
+    return known;
 }
 
 class PhaseCheck {
 public:
-    PhaseCheck(const JsonText& whole, std::size_t number, Mistakes& found)
+    PhaseCheck(const JsonText& whole, std::size_t number, const Nameable& all, Mistakes& found)
         : scenario(whole), pointer(elementOf("/phases", number)),
-          phase(whole.value().at("phases").at(number)), mistakes(found),
-          names(materialNames(whole)),
-          hasBulk(objectAt(whole.value(), "platform").contains("bulk")) {}
+          phase(whole.value().at("phases").at(number)), known(all), mistakes(found) {}
 
     void run() {
         checkNames(memberOf(pointer, "offers"), phase.value("offers", Json()));
-        const Json expect = objectAt(phase, "expect");
+        const Json& expect = objectAt(phase, "expect");
         const std::string place = memberOf(pointer, "expect");
         checkNames(memberOf(place, "versionsOf"), expect.value("versionsOf", Json()));
         checkNames(memberOf(place, "downloads"), expect.value("downloads", Json()));
@@ -80,7 +96,10 @@ public:
         checkQuestions();
         checkMeaning(place, expect);
         checkFaults();
-        checkSteps();
+        if (!known.hasBulk) {
+            checkNamedFields(scenario, place, known.fields, mistakes);
+        }
+        checkUiSteps(scenario, memberOf(pointer, "ui"), listAt(phase, "ui"), mistakes);
     }
 
 private:
@@ -125,7 +144,7 @@ private:
     }
 
     void checkName(const std::string& place, const Json& name) {
-        if (!hasBulk && !isOneOf(names, name)) {
+        if (!known.hasBulk && !isOneOf(known.materials, name)) {
             add(place, "name-unknown", "there is no material " + name.dump());
         }
     }
@@ -148,65 +167,38 @@ private:
         }
     }
 
+    /// One behind the other, so that each wrong one is told; how they go together too.
     void checkFaults() {
-        const Json faults = listAt(phase, "faults");
+        const Json& faults = listAt(phase, "faults");
+        Json right = Json::array();
         for (std::size_t i = 0; i < faults.size(); ++i) {
-            std::set<std::string> known = names;
-            if (hasBulk) {
-                known.insert(textAt(faults[i], "on"));
+            const std::string place = elementOf(memberOf(pointer, "faults"), i);
+            std::set<std::string> files = known.materials;
+            if (known.hasBulk) {
+                files.insert(textAt(faults[i], "on"));
             }
+            right.push_back(faults[i]);
             try {
-                readFaults(Json::array({faults[i]}), known);
+                checkInUse(place, readFaults(right, files).back());
             } catch (const std::exception& error) {
-                add(elementOf(memberOf(pointer, "faults"), i), "fault-unknown", error.what());
+                add(place, "fault-unknown", error.what());
+                right.erase(right.size() - 1);
             }
         }
     }
 
-    void checkSteps() {
-        const Json steps = listAt(phase, "ui");
-        for (std::size_t i = 0; i < steps.size(); ++i) {
-            checkStep(elementOf(memberOf(pointer, "ui"), i), steps[i]);
-        }
-    }
-
-    void checkStep(const std::string& place, const Json& step) {
-        if (step.is_string()) {
-            if (!isOneOf(commands, step)) {
-                add(place, "value-unknown", "there is no command " + step.dump());
-            }
+    /// A file in use is one that the client may have, and what keeps it a program of its own.
+    void checkInUse(const std::string& place, const Fault& fault) {
+        if (fault.name != inUseFault) {
             return;
         }
-        if (!step.is_object()) {
-            return add(place, "member-kind", "a step is a command or an object");
+        const std::string key = targetKey(fault.text("file"));
+        const bool isOfUpdate = key.rfind(updatePrefix, 0) == 0;
+        if (!known.hasBulk && !isOfUpdate && known.paths.count(key) == 0) {
+            add(memberOf(place, "file"), "name-unknown",
+                "the client never has a file \"" + fault.text("file") + "\"");
         }
-        if (step.size() == step.count("comment")) {
-            return add(place, "member-missing", "the step does nothing");
-        }
-        if (actionsOf(step) > 1) {
-            add(place, "step-several", "the step does more than one thing");
-        }
-        for (const auto& [name, value] : step.items()) {
-            checkStepMember(memberOf(place, name), name, value);
-        }
-    }
-
-    void checkStepMember(const std::string& place, const std::string& name, const Json& value) {
-        const bool isNumber = isOneOf(numberSteps, name);
-        const bool isPackage = isOneOf(packageSteps, name);
-        const bool isText = isOneOf(textSteps, name) || isPackage;
-        if (!isAction(name) && name != "comment") {
-            add(place, "member-unknown", "a step has no member \"" + name + "\"");
-        } else if (isPackage && value.is_string() && value != "package") {
-            add(place, "value-unknown", "\"" + name + "\" is only of \"package\"");
-        } else if ((isNumber && !value.is_number_integer()) || (isText && !value.is_string()) ||
-                   (name == "set" && !value.is_object())) {
-            add(place, "member-kind",
-                "\"" + name + "\" is " +
-                    (isNumber ? "a number"
-                     : isText ? "a text"
-                              : "an object"));
-        }
+        checkHolder(scenario, known.standing, memberOf(place, "by"), fault.text("by"), mistakes);
     }
 
     void add(const std::string& place, const char* code, const std::string& text) {
@@ -216,18 +208,18 @@ private:
     const JsonText& scenario;
     std::string pointer;
     const Json& phase;
+    const Nameable& known;
     Mistakes& mistakes;
-    std::set<std::string> names;
-    bool hasBulk; ///< names by a rule
 };
 
 } // namespace
 
-void checkPhases(const JsonText& scenario, Mistakes& mistakes) {
-    const Json phases = listAt(scenario.value(), "phases");
+void checkPhases(const JsonText& scenario, const StandingFiles& standing, Mistakes& mistakes) {
+    const Nameable known = nameableIn(scenario, standing);
+    const Json& phases = listAt(scenario.value(), "phases");
     for (std::size_t i = 0; i < phases.size(); ++i) {
         if (phases[i].is_object()) {
-            PhaseCheck(scenario, i, mistakes).run();
+            PhaseCheck(scenario, i, known, mistakes).run();
         }
     }
 }
@@ -235,9 +227,9 @@ void checkPhases(const JsonText& scenario, Mistakes& mistakes) {
 Expected expectedOf(const JsonText& scenario, const std::string& material) {
     Expected expected;
     for (const Json& phase : listAt(scenario.value(), "phases")) {
-        const Json materials = objectAt(objectAt(phase, "expect"), "materials");
+        const Json& materials = objectAt(objectAt(phase, "expect"), "materials");
         const bool isNamed = materials.contains(material);
-        const Json goal = listAt(materials, isNamed ? material.c_str() : everyMaterial);
+        const Json& goal = listAt(materials, isNamed ? material.c_str() : everyMaterial);
         const Json state = goal.empty() ? Json() : goal[0];
         expected.isPlaced = expected.isPlaced || state == "placed" || state == "waiting";
         if (goal.size() > 2 && goal[2].is_string()) {

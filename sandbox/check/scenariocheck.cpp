@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "sandbox/check/members.h"
 #include "sandbox/check/scenarioparts.h"
 #include "sandbox/check/scenarioshape.h"
 
@@ -68,15 +69,18 @@ void checkOffered(const JsonText& scenario, const std::string& file, const Hashe
 } // namespace
 
 std::vector<Mistake> checkScenario(const std::string& text, const std::string& file,
-                                   const HashesOf& hashesOf) {
+                                   const HashesOf& hashesOf, const SetRefusal& refusalOfSet) {
     Mistakes mistakes(file);
     const JsonText scenario(text, mistakes);
     if (!scenario.value().is_discarded()) {
+        const StandingFiles standing = standingIn(objectAt(scenario.value(), "client"));
         checkShape(scenario, "", scenarioShape(), mistakes);
-        checkClient(scenario, mistakes);
+        checkClient(scenario, standing, mistakes);
         checkMaterialFiles(scenario, mistakes);
+        checkUpgrades(scenario, mistakes);
         checkOffered(scenario, file, hashesOf, mistakes);
-        checkPhases(scenario, mistakes);
+        checkPhases(scenario, standing, mistakes);
+        checkSets(scenario, refusalOfSet, mistakes);
     }
     return mistakes.sorted();
 }
@@ -86,7 +90,7 @@ std::vector<Mistake> checkFormat(const std::string& text, const std::string& fil
     const JsonText scenario(text, mistakes);
     if (!scenario.value().is_discarded()) {
         checkShape(scenario, "", scenarioShape(), mistakes);
-        checkPhases(scenario, mistakes);
+        checkPhases(scenario, standingIn(objectAt(scenario.value(), "client")), mistakes);
     }
     return mistakes.sorted();
 }

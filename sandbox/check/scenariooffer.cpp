@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "sandbox/check/members.h"
 #include "sandbox/check/scenarioparts.h"
 #include "sandbox/check/targetpath.h"
 #include "sandbox/common/clientpath.h"
@@ -10,11 +11,7 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr const char* updateFolder = "update\\";
-
-std::string leafOf(const std::string& path) {
-    const std::string key = comparablePath(path);
-    return key.substr(key.find_last_of('\\') + 1);
-}
+constexpr const char* oldFiles = "temp"; ///< the updater makes it in there by itself
 
 /// One material of the scenario.
 class MaterialReader {
@@ -58,7 +55,7 @@ private:
     }
 
     void readParameters(Material& material) const {
-        const Json parameters = objectAt(json, "parameters");
+        const Json& parameters = objectAt(json, "parameters");
         const std::string place = memberOf(pointer, "parameters");
         for (const auto& [key, value] : parameters.items()) {
             if (value.is_string()) {
@@ -72,7 +69,7 @@ private:
     }
 
     void readFile(Material& material) const {
-        const Json file = objectAt(json, "file");
+        const Json& file = objectAt(json, "file");
         const std::string place = memberOf(pointer, "file");
         material.fileVersion = textAt(file, "kind") == "pe" ? textAt(file, "version") : "";
         const Json size = file.value("size", Json(0));
@@ -81,7 +78,7 @@ private:
     }
 
     void readCabinet(Material& material) const {
-        const Json cabinet = objectAt(json, "cabinet");
+        const Json& cabinet = objectAt(json, "cabinet");
         const std::string place = memberOf(pointer, "cabinet");
         material.isCabinet = json.contains("cabinet");
         if (!material.isCabinet) {
@@ -89,9 +86,10 @@ private:
         }
         // The file itself is called as the target is, whatever is sent as the target.
         const std::string own = textAt(cabinet, "as");
-        material.members.push_back({own.empty() ? leafOf(textAt(json, "path")) : own,
-                                    scenario.lineOf(memberOf(place, "as"))});
-        const Json others = listAt(cabinet, "with");
+        material.members.push_back(
+            {own.empty() ? comparablePath(leafOf(textAt(json, "path"))) : own,
+             scenario.lineOf(memberOf(place, "as"))});
+        const Json& others = listAt(cabinet, "with");
         for (std::size_t i = 0; i < others.size(); ++i) {
             const std::string member = elementOf(memberOf(place, "with"), i);
             material.members.push_back({textAt(others[i], "name"), scenario.lineOf(member)});
@@ -105,20 +103,22 @@ private:
 
 void addPrograms(const Json& client, Offered& offered) {
     for (const Json& file : listAt(client, "files")) {
-        offered.programs.insert(leafOf(textAt(file, "path")));
+        offered.programs.insert(comparablePath(leafOf(textAt(file, "path"))));
     }
     for (const Material& material : offered.materials) {
-        offered.programs.insert(leafOf(material.target()));
+        offered.programs.insert(comparablePath(leafOf(material.target())));
     }
 }
 
 void addFolders(const Json& client, Offered& offered) {
     const auto add = [&](const std::string& path) {
-        const std::string key = targetKey(path);
-        if (key.rfind(updateFolder, 0) == 0) {
-            offered.updateFolders.insert(key.substr(std::string(updateFolder).size()));
+        std::string key = targetKey(path);
+        while (key.rfind(updateFolder, 0) == 0) { // with the folders that it lies in
+            offered.updateFolders->insert(key.substr(std::string(updateFolder).size()));
+            key.erase(key.find_last_of('\\'));
         }
     };
+    offered.updateFolders.emplace({std::string(oldFiles)});
     for (const Json& folder : listAt(client, "folders")) {
         add(folder.is_string() ? folder.get<std::string>() : "");
     }
@@ -130,34 +130,19 @@ void addFolders(const Json& client, Offered& offered) {
 
 } // namespace
 
-std::optional<std::string> standingAt(const Json& client, const std::string& target) {
-    for (const Json& file : listAt(client, "files")) {
-        const std::string path = textAt(file, "path");
-        if (targetKey(path) != targetKey(target)) {
-            continue;
-        }
-        std::string version = textAt(file, "version");
-        const Json stored = objectAt(client, "versions");
-        for (const auto& [name, value] : stored.items()) {
-            if (textAt(file, "kind") != "pe" && comparablePath(name) == comparablePath(path)) {
-                version = value.is_string() ? value.get<std::string>() : "";
-            }
-        }
-        return version;
-    }
-    return std::nullopt;
-}
-
 Offered offeredIn(const JsonText& scenario, const HashesOf& hashesOf) {
     Offered offered;
-    const Json client = objectAt(scenario.value(), "client");
-    const Json platform = objectAt(scenario.value(), "platform");
-    const Json materials = listAt(platform, "materials");
+    const Json& client = objectAt(scenario.value(), "client");
+    const Json& platform = objectAt(scenario.value(), "platform");
+    const Json& materials = listAt(platform, "materials");
+    const StandingFiles standing = standingIn(client);
     for (std::size_t i = 0; i < materials.size(); ++i) {
         if (materials[i].is_object()) {
             MaterialReader reader(scenario, elementOf("/platform/materials", i));
             Material material = reader.read(hashesOf);
-            material.standing = standingAt(client, material.target());
+            const auto stands = standing.find(targetKey(material.target()));
+            material.standing =
+                stands == standing.end() ? std::nullopt : std::optional(stands->second.version);
             offered.materials.push_back(std::move(material));
         }
     }
@@ -166,7 +151,7 @@ Offered offeredIn(const JsonText& scenario, const HashesOf& hashesOf) {
             Located{textAt(platform, "version"), scenario.lineOf("/platform/version")};
     }
     offered.modules.emplace();
-    const Json modules = objectAt(platform, "modules");
+    const Json& modules = objectAt(platform, "modules");
     for (const auto& [id, version] : modules.items()) {
         (*offered.modules)[id] = {version.is_string() ? version.get<std::string>() : "", 1};
     }

@@ -42,11 +42,25 @@ constexpr Shape packageFile{"a file of the package", packageFileMembers};
 constexpr Member heldMembers[]{{"file", Holds::text, true}, {"by", Holds::text, true}};
 constexpr Shape held{"a held file", heldMembers};
 
-constexpr Member configMembers[]{{"serverAddress", Holds::any},    {"upgradeAddress", Holds::any},
-                                 {"httpTimeoutMs", Holds::number}, {"os", Holds::anyObject},
-                                 {"login", Holds::anyObject},      {"muteMode", Holds::whole},
-                                 {"channelType", Holds::text},     {"instances", Holds::texts},
-                                 {"absentIds", Holds::texts},      {"badSignature", Holds::texts}};
+constexpr Member osMembers[]{
+    {"major", Holds::number}, {"minor", Holds::number}, {"build", Holds::number}};
+constexpr Shape os{"the system", osMembers};
+
+constexpr Member loginMembers[]{{"token", Holds::flag},     {"device", Holds::flag},
+                                {"service", Holds::flag},   {"identity", Holds::text},
+                                {"tokenText", Holds::text}, {"phone", Holds::text}};
+constexpr Shape login{"the login", loginMembers};
+
+constexpr Member configMembers[]{{"serverAddress", Holds::textOrNull},
+                                 {"upgradeAddress", Holds::textOrNull},
+                                 {"httpTimeoutMs", Holds::number},
+                                 {"os", Holds::object, false, &os},
+                                 {"login", Holds::object, false, &login},
+                                 {"muteMode", Holds::whole},
+                                 {"channelType", Holds::text},
+                                 {"instances", Holds::texts},
+                                 {"absentIds", Holds::texts},
+                                 {"badSignature", Holds::texts}};
 constexpr Shape config{"config", configMembers};
 
 constexpr Member clientMembers[]{{"version", Holds::text, true},
@@ -173,7 +187,7 @@ constexpr Member phaseMembers[]{{"do", Holds::text, true, nullptr, steps},
                                 {"faults", Holds::anyList},
                                 {"host", Holds::texts},
                                 {"ui", Holds::anyList},
-                                {"upgrade", Holds::anyObject},
+                                {"upgrade", Holds::patch, false, &upgrade},
                                 {"set", Holds::anyObject}};
 constexpr Shape phase{"a phase", phaseMembers};
 
@@ -193,6 +207,10 @@ const Shape& scenarioShape() {
 
 Words stateWords() {
     return states;
+}
+
+Words moduleWords() {
+    return modules;
 }
 
 Words reasonWords() {

@@ -19,6 +19,7 @@ const char* wordsOf(Holds holds) {
     case Holds::flag:
         return "true or false";
     case Holds::object:
+    case Holds::patch:
     case Holds::anyObject:
         return "an object";
     case Holds::list:
@@ -39,6 +40,8 @@ const char* wordsOf(Holds holds) {
         return "a number of 0 or more, an object or \"none\"";
     case Holds::anyList:
         return "an array";
+    case Holds::textOrNull:
+        return "a text or null";
     default:
         return "anything";
     }
@@ -69,6 +72,7 @@ bool fits(Holds holds, const Json& value) {
     case Holds::flag:
         return value.is_boolean();
     case Holds::object:
+    case Holds::patch:
     case Holds::anyObject:
         return value.is_object();
     case Holds::list:
@@ -88,6 +92,8 @@ bool fits(Holds holds, const Json& value) {
         return value.is_number_unsigned() || (value.is_array() && allNumbers(value));
     case Holds::record:
         return value.is_number_unsigned() || value.is_object() || value == "none";
+    case Holds::textOrNull:
+        return value.is_string() || value.is_null();
     default:
         return true;
     }
@@ -97,22 +103,23 @@ class ShapeCheck {
 public:
     ShapeCheck(const JsonText& whole, Mistakes& found) : json(whole), mistakes(found) {}
 
-    void checkObject(const std::string& pointer, const Shape& shape) {
+    void checkObject(const std::string& pointer, const Shape& shape, bool isPatch = false) {
         const Json& object = json.value().at(Json::json_pointer(pointer));
         if (!object.is_object()) {
             return add(pointer, "member-kind", std::string(shape.what) + " is no object");
         }
         for (const auto& [name, value] : object.items()) {
             const Member* member = find(shape, name);
-            if (member != nullptr) {
-                checkMember(memberOf(pointer, name), value, *member);
-            } else if (name != "comment") {
+            const bool isRemoved = isPatch && value.is_null();
+            if (member != nullptr && !isRemoved) {
+                checkMember(memberOf(pointer, name), value, *member, isPatch);
+            } else if (member == nullptr && name != "comment" && !shape.isOpen) {
                 add(memberOf(pointer, name), "member-unknown",
                     shape.what + (" has no member \"" + name + "\"") + known(shape));
             }
         }
         for (const Member& member : shape.members) {
-            if (member.isNeeded && !object.contains(member.name)) {
+            if (member.isNeeded && !isPatch && !object.contains(member.name)) {
                 add(pointer, "member-missing",
                     shape.what + (" needs the member \"" + std::string(member.name) + "\""));
             }
@@ -135,13 +142,14 @@ private:
         return names;
     }
 
-    void checkMember(const std::string& pointer, const Json& value, const Member& member) {
+    void checkMember(const std::string& pointer, const Json& value, const Member& member,
+                     bool isPatch) {
         if (!fits(member.holds, value)) {
             add(pointer, "member-kind",
                 std::string("\"") + member.name + "\" is " + wordsOf(member.holds) + ", not " +
                     value.type_name());
-        } else if (member.holds == Holds::object) {
-            checkObject(pointer, *member.shape);
+        } else if (member.holds == Holds::object || member.holds == Holds::patch) {
+            checkObject(pointer, *member.shape, isPatch || member.holds == Holds::patch);
         } else if (member.holds == Holds::list) {
             for (std::size_t i = 0; i < value.size(); ++i) {
                 checkObject(elementOf(pointer, i), *member.shape);

@@ -22,9 +22,10 @@ enum class Holds {
     textsOrNumber, ///< texts or how many they are
     numbers,       ///< a number or an array of them
     record,        ///< a number, an object or "none"
+    patch,         ///< an object that is merged into one of the shape: null removes a member
+    textOrNull,
     anyObject,
     anyList,
-    any, ///< looked at by who knows
 };
 
 struct Shape;
@@ -43,6 +44,7 @@ struct Member {
 struct Shape {
     const char* what; ///< in messages
     std::span<const Member> members;
+    bool isOpen = false; ///< may have further members, of which nothing is known
 };
 
 /// Finds all that is not of the shape: members that are not in it or are missing, values of

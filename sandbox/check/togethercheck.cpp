@@ -3,8 +3,8 @@
 #include "sandbox/check/material.h"
 #include "sandbox/check/targetpath.h"
 #include "sandbox/common/clientpath.h"
-#include "sandbox/doctor/dottedversion.h"
-#include "sandbox/doctor/filefacts.h"
+#include "sandbox/common/dottedversion.h"
+#include "sandbox/common/filefacts.h"
 
 namespace sandbox::check {
 namespace {

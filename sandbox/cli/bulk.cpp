@@ -1,5 +1,7 @@
 #include "sandbox/cli/bulk.h"
 
+#include <stdexcept>
+
 namespace sandbox {
 namespace {
 
@@ -21,6 +23,9 @@ void appendBulk(const nlohmann::json& rule, std::vector<MaterialPlan>& materials
     const auto largest = rule.at("maxSize").get<std::size_t>();
     const auto cabinets = rule.at("cabinets").get<std::size_t>();
     const auto methods = rule.at("methods").get<std::vector<std::string>>();
+    if (largest < smallest || methods.empty()) {
+        throw std::runtime_error("bulk: \"maxSize\" is below \"minSize\", or \"methods\" is empty");
+    }
     for (std::size_t i = 0; i < count; ++i) {
         MaterialPlan material;
         material.name = numbered("b", i);

@@ -49,8 +49,21 @@ void readFiles(const std::filesystem::path& folder, ClientState& state) {
     }
 }
 
+/// A store that is not there is empty.
+Json readStore(const std::filesystem::path& file, ClientState& state) {
+    std::error_code error;
+    Json store = readJson(file).value_or(Json());
+    if (store.is_object()) {
+        return store;
+    }
+    if (std::filesystem::exists(file, error)) {
+        state.damaged.push_back(pathText(file.filename()) + " holds no JSON object");
+    }
+    return Json::object();
+}
+
 void readVersions(const std::filesystem::path& file, ClientState& state) {
-    const Json versions = readJson(file).value_or(Json::object());
+    const Json versions = readStore(file, state);
     for (const auto& [path, version] : versions.items()) {
         state.versions[comparablePath(path)] =
             version.is_string() ? version.get<std::string>() : "";
@@ -125,7 +138,7 @@ ClientState readClient(const ClientSystem& system) {
     ClientState state;
     readFiles(folders.client(), state);
     readVersions(folders.versions(), state);
-    state.settings = readJson(folders.settings()).value_or(Json::object());
+    state.settings = readStore(folders.settings(), state);
     state.listed = readFileList(fileListPath(folders));
     state.pending = system.pending();
     return state;

@@ -41,6 +41,7 @@ struct ClientState {
     nlohmann::json settings = nlohmann::json::object();
     std::map<std::string, ListedFile> listed; ///< filelist.xml, by comparable name
     PendingList pending;
+    std::vector<std::string> damaged; ///< stores that hold no JSON object, in words
 
     /// Of the file itself, or else what the version store has for it; nothing without a
     /// file.

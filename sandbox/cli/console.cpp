@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "sandbox/cli/wrapping.h"
+#include "sandbox/common/printable.h"
 
 namespace sandbox {
 namespace {
@@ -35,6 +36,13 @@ constexpr std::array<Sign, 6> signs{{
     {"->", "\u2192", "\033[36m"},
     {"!!", "\u2717", "\033[31m"},
 }};
+
+Console::Cells printableCells(Console::Cells cells) {
+    for (std::string& cell : cells) {
+        cell = printable(cell);
+    }
+    return cells;
+}
 
 std::string padded(std::string text, std::size_t width) {
     const std::size_t length = textWidth(text);
@@ -82,12 +90,13 @@ void Console::putBelow(const std::string& lead, std::size_t leadWidth, const std
 
 void Console::heading(const std::string& text) {
     put("");
-    for (const std::string& part : wrapped(text, can.width)) {
+    for (const std::string& part : wrapped(printable(text), can.width)) {
         put(can.color ? bold + part + plain : part);
     }
 }
 
-void Console::line(const std::string& text) {
+void Console::line(const std::string& told) {
+    const std::string text = printable(told);
     const std::string lead = indent + text.substr(0, text.find_first_not_of(' '));
     putBelow(lead, lead.size(), text.substr(lead.size() - indentWidth));
 }
@@ -98,7 +107,8 @@ std::string Console::sign(Mark mark) const {
     return can.color && *known.color != '\0' ? known.color + text + plain : text;
 }
 
-void Console::row(Mark mark, const Cells& cells, const std::vector<std::size_t>& widths) {
+void Console::row(Mark mark, const Cells& told, const std::vector<std::size_t>& widths) {
+    const Cells cells = printableCells(told);
     std::string lead = indent + sign(mark) + indent;
     std::size_t leadWidth = 2 * indentWidth + (can.unicode ? 1 : 2);
     for (std::size_t i = 0; i + 1 < cells.size(); ++i) {
@@ -123,7 +133,7 @@ void Console::progress(const std::string& text, double share) {
     // One column is left free: some terminals go to the next line when the last is written.
     const std::size_t room = can.width - std::min(can.width, 2 * indentWidth + 1);
     const std::size_t length = std::min(mostOfBar, room / 3);
-    stream << lineStart << indent << shortened(text, room - length, "..") << indent
+    stream << lineStart << indent << shortened(printable(text), room - length, "..") << indent
            << barOf(length, share, can.unicode) << std::flush;
     inProgress = true;
 }
@@ -152,10 +162,13 @@ std::vector<std::size_t> Console::columnsOf(const Cells& titles,
     return widths;
 }
 
-void Console::table(const Cells& titles, const std::vector<Cells>& rows) {
+void Console::table(const Cells& titles, std::vector<Cells> rows) {
     if (rows.empty()) {
         line("none");
         return;
+    }
+    for (Cells& row : rows) {
+        row = printableCells(std::move(row));
     }
     const std::vector<std::size_t> widths = columnsOf(titles, rows);
     const auto write = [&](const Cells& cells) {

@@ -14,7 +14,8 @@ enum class Mark { none, good, waits, no, starts, fault };
 
 /// Writes for people: marked lines, aligned tables, and on a terminal one line that is written
 /// over while something goes on. What is wider than the terminal goes on below itself, and the
-/// cells of a table are shortened; elsewhere every line is whole. One thread.
+/// cells of a table are shortened; elsewhere every line is whole. What a terminal would not show
+/// but obey, or cannot read, is escaped. One thread.
 class Console {
 public:
     using Cells = std::vector<std::string>;
@@ -24,13 +25,13 @@ public:
 
     /// A line of its own in bold, after a blank one.
     void heading(const std::string& text);
-    void line(const std::string& text);
+    void line(const std::string& told);
     /// A line of columns; each is padded to its width, the last is not.
-    void row(Mark mark, const Cells& cells, const std::vector<std::size_t>& widths);
+    void row(Mark mark, const Cells& told, const std::vector<std::size_t>& widths);
     /// Shows a share of 0 to 1 behind `text` until the next line; terminals only.
     void progress(const std::string& text, double share);
     /// Rows under a line of titles, aligned; "none" for no rows.
-    void table(const Cells& titles, const std::vector<Cells>& rows);
+    void table(const Cells& titles, std::vector<Cells> rows);
     std::string arrow() const { return can.unicode ? "\u2192" : "->"; }
 
 private:

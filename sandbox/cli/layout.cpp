@@ -25,6 +25,8 @@ constexpr std::array<const char*, 7> modules{"xnbase.dll",    "OrvBase.dll", "XN
                                              "XNSetting.dll", "xnuser.dll",  "xnquiet.dll",
                                              "xncurl.dll"};
 constexpr const char* channelModule = "OrvSecurityver.dll";
+constexpr const char* plugin = "xrefresher.dll";
+constexpr const char* pluginFolder = "xnplugins";
 /// A client path has less than 260 characters; this leaves room for files below.
 constexpr std::size_t longestClientPath = 160;
 constexpr auto endLimit = std::chrono::seconds(2);
@@ -56,8 +58,8 @@ void copyModules(const Scenario& scenario, const ClientSystem& system, const fs:
         system.layOutModule(binaries / channelModule, client / channelModule,
                             scenario.client.version);
     }
-    if (!isLeftOut(scenario, "xrefresher.dll")) {
-        copyFile(binaries / "xrefresher.dll", client / "xnplugins" / "xrefresher.dll");
+    if (!isLeftOut(scenario, plugin)) {
+        copyFile(binaries / plugin, client / pluginFolder / plugin);
     }
 }
 
@@ -115,6 +117,13 @@ void writeStores(const Scenario& scenario, const ClientSystem& system, const std
 }
 
 } // namespace
+
+std::vector<std::string> moduleFiles() {
+    std::vector<std::string> files(modules.begin(), modules.end());
+    files.emplace_back(channelModule);
+    files.push_back(std::string(pluginFolder) + "\\" + plugin);
+    return files;
+}
 
 void refuseHosted(const Folders& folders) {
     const auto end = std::chrono::steady_clock::now() + endLimit;

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "sandbox/cli/clientfile.h"
 #include "sandbox/cli/clientsystem.h"
@@ -19,8 +20,11 @@ void clearRunFolder(const Folders& folders);
 void layOutClient(const Scenario& scenario, const ClientSystem& system,
                   const std::filesystem::path& binaries, const std::string& address);
 
+/// The client's modules that a layout brings, by their client paths.
+std::vector<std::string> moduleFiles();
+
 /// Throws std::runtime_error when a host runs in the folder: it would go on writing into what is
-/// laid out anew. One that is just ending is waited for.
+/// laid out anew, and lose its machine in a restart. One that is just ending is waited for.
 void refuseHosted(const Folders& folders);
 
 } // namespace sandbox

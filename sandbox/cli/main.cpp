@@ -1,7 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
-#include <map>
+#include <sstream>
 
 #include "sandbox/cli/helpform.h"
 #include "sandbox/cli/verb.h"
@@ -18,6 +18,7 @@
 #include "sandbox/cli/verbs/stop.h"
 #include "sandbox/cli/verbs/timeline.h"
 #include "sandbox/cli/verbs/ui.h"
+#include "sandbox/common/printable.h"
 
 namespace {
 
@@ -40,18 +41,26 @@ struct Form {
     sandbox::ColorWish color = sandbox::ColorWish::whereSeen;
 };
 
+sandbox::ColorWish colorWish(const std::string& word) {
+    if (word == "always" || word == "never") {
+        return word == "always" ? sandbox::ColorWish::always : sandbox::ColorWish::never;
+    }
+    if (word != "auto") {
+        throw CLI::ValidationError("--color", "auto, always or never, not \"" + word + "\"");
+    }
+    return sandbox::ColorWish::whereSeen;
+}
+
 /// Adds what all verbs have.
 void complete(CLI::App* command, Form& form) {
-    const std::map<std::string, sandbox::ColorWish> wishes{
-        {"auto", sandbox::ColorWish::whereSeen},
-        {"always", sandbox::ColorWish::always},
-        {"never", sandbox::ColorWish::never},
+    const auto takeColor = [&form](const std::string& word) {
+        form.color = colorWish(word);
     };
     command->group("Verbs");
     command->add_flag("--json", form.json, "Print one JSON object in place of text");
-    command->add_option("--color", form.color, "Colours: auto, always or never")
-        ->transform(CLI::CheckedTransformer(wishes).description(""))
-        ->option_text("WHEN");
+    command
+        ->add_option_function<std::string>("--color", takeColor, "Colours: auto, always or never")
+        ->type_name("WHEN");
 }
 
 /// The verb that was asked for, also in a call that is wrong behind it.
@@ -67,6 +76,14 @@ std::string nameOf(const Verb* verb) {
     return verb == nullptr ? "" : verb->command->get_name();
 }
 
+/// On standard error, which may be a terminal too. The lines of the text stay lines.
+void tellError(const std::string& error) {
+    std::istringstream lines("xsandbox: " + error);
+    for (std::string line; std::getline(lines, line);) {
+        std::cerr << sandbox::printable(line) << "\n";
+    }
+}
+
 int carryOut(const Verb& verb, Output& output) {
     const std::string name = nameOf(&verb);
     try {
@@ -74,7 +91,7 @@ int carryOut(const Verb& verb, Output& output) {
         output.end(name, status);
         return status;
     } catch (const std::exception& error) {
-        std::cerr << "xsandbox: " << error.what() << "\n";
+        tellError(error.what());
         output.fail(name, error.what());
         return sandbox::exitSandboxFailed;
     }
@@ -86,8 +103,8 @@ int endEarly(const CLI::App& app, const CLI::ParseError& error, const std::strin
     if (error.get_exit_code() == 0) {
         return app.exit(error);
     }
-    std::cerr << "xsandbox: " << error.what() << "\nSee \"xsandbox " << verb
-              << (verb.empty() ? "" : " ") << "--help\".\n";
+    tellError(error.what());
+    std::cerr << "See \"xsandbox " << verb << (verb.empty() ? "" : " ") << "--help\".\n";
     output.fail(verb, error.what());
     return sandbox::exitSandboxFailed;
 }
@@ -137,13 +154,22 @@ int dispatch(int count, char** arguments) {
     return sandbox::exitSandboxFailed;
 }
 
+/// A result that nobody gets is none, as on a full disk.
+int statusOfTold(int status) {
+    if (std::cout.flush()) {
+        return status;
+    }
+    tellError("standard output cannot be written");
+    return sandbox::exitSandboxFailed;
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
     try {
-        return dispatch(count, arguments);
+        return statusOfTold(dispatch(count, arguments));
     } catch (const std::exception& error) {
-        std::cerr << "xsandbox: " << error.what() << "\n";
+        tellError(error.what());
         return sandbox::exitSandboxFailed;
     }
 }

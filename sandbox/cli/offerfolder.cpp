@@ -1,12 +1,12 @@
 #include "sandbox/cli/offerfolder.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <stdexcept>
 
 #include "sandbox/check/offercheck.h"
 #include "sandbox/cli/built.h"
 #include "sandbox/common/jsonfile.h"
+#include "sandbox/platform/workfolder.h"
 #include "sandbox/server/answers.h"
 
 namespace sandbox {
@@ -18,29 +18,6 @@ using Json = nlohmann::json;
 /// Places of the questions in the conversation with the platform.
 constexpr std::size_t packetDiffQuestion = 1;
 constexpr std::size_t materialsQuestion = 4;
-
-/// A folder that goes with the object.
-class WorkFolder {
-public:
-    WorkFolder() {
-        std::string pattern = (fs::temp_directory_path() / "xsandbox-build-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("no folder for temporary files");
-        }
-        folder = pattern;
-    }
-    ~WorkFolder() {
-        std::error_code ignored;
-        fs::remove_all(folder, ignored);
-    }
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
-
-    const fs::path& path() const { return folder; }
-
-private:
-    fs::path folder;
-};
 
 void ignoreProgress(std::size_t /*made*/) {}
 
@@ -61,6 +38,9 @@ Scenario withOne(const fs::path& file, const std::string& material) {
 std::optional<check::Hashes> hashesIn(const fs::path& scenario, const std::string& material) {
     try {
         const WorkFolder folder;
+        if (folder.path().empty()) {
+            return std::nullopt;
+        }
         const auto built =
             buildMaterials(withOne(scenario, material), folder.path(), ignoreProgress);
         if (built.empty()) {
@@ -74,6 +54,10 @@ std::optional<check::Hashes> hashesIn(const fs::path& scenario, const std::strin
 
 void writeOffer(const fs::path& scenarioFile, const fs::path& folder) {
     const Scenario scenario = readScenario(scenarioFile);
+    if (scenario.platform.version.empty()) {
+        throw std::runtime_error(scenarioFile.string() +
+                                 " has no platform, so there is nothing to offer");
+    }
     if (fs::exists(folder) && !fs::is_empty(folder)) {
         throw std::runtime_error(folder.string() + " is not empty");
     }

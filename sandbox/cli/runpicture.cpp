@@ -124,6 +124,7 @@ Json pictureOf(const ClientSystem& system, bool allEntries) {
                  {"fileList", fileListIn(state, folders, allEntries)},
                  {"versions", state.versions},
                  {"settings", state.settings},
+                 {"damaged", state.damaged},
                  {"holders", holdersOf(system)},
                  {"padding", waitingIn(state)},
                  {"moves", movesIn(state, system)},

@@ -17,7 +17,7 @@ struct Holder {
 
 /// What one call of xsandbox leaves for the next; run.json in the state folder.
 struct RunState {
-    std::string scenario;
+    std::string scenario;  ///< its absolute path
     std::size_t phase = 0; ///< phases carried out
     std::string address;   ///< of the platform, while a run lasted
     std::vector<Holder> holders;

@@ -8,9 +8,12 @@
 
 #include "sandbox/check/scenariocheck.h"
 #include "sandbox/cli/bulk.h"
+#include "sandbox/cli/clientconfig.h"
+#include "sandbox/cli/holdings.h"
 #include "sandbox/cli/scenariopart.h"
 #include "sandbox/cli/set.h"
 #include "sandbox/cli/upgradeplan.h"
+#include "sandbox/common/jsondepth.h"
 #include "sandbox/server/storage.h"
 
 namespace sandbox {
@@ -39,10 +42,7 @@ ClientPlan readClient(const Json& json) {
     client.background = part.get("background", client.background);
     client.testIni = part.text("testIni");
     client.config = part.object("config");
-    // The home directory is none of them: a run writes below its own folder only.
-    checkMembers("client, config", client.config,
-                 {"serverAddress", "upgradeAddress", "httpTimeoutMs", "os", "login", "muteMode",
-                  "channelType", "instances", "absentIds", "badSignature"});
+    checkConfig(client.config);
     client.settings = part.object("settings");
     return client;
 }
@@ -66,6 +66,10 @@ MaterialPlan readMaterial(const Json& json) {
     material.name = part.need<std::string>("name");
     if (!isPlainName(material.name)) {
         throw std::runtime_error("the material's name is no plain name: " + material.name);
+    }
+    if (fixedPlaceOf(material.name)) {
+        throw std::runtime_error("the material's name has another meaning in faults: " +
+                                 material.name);
     }
     material.module = part.text("module", "/components");
     material.version = part.need<std::string>("version");
@@ -178,7 +182,15 @@ Scenario readParsed(const Json& json) {
         checkNames(scenario, phase.expect.value("versionsOf", Json()), "versionsOf");
         checkNames(scenario, fileList.value("of", Json()), "fileList, of");
     }
+    checkHoldings(scenario);
     return scenario;
+}
+
+/// What reads the values of a text goes down with its levels.
+void checkDepth(const std::string& text) {
+    if (const auto line = lineTooDeep(text)) {
+        throw std::runtime_error("line " + std::to_string(*line) + ": " + tooDeep);
+    }
 }
 
 /// Much is read when its turn comes only; what could not be meant is told before a step is done.
@@ -214,6 +226,7 @@ Scenario readScenario(const std::filesystem::path& file) {
     }
     const std::string text(std::istreambuf_iterator<char>(stream), {});
     try {
+        checkDepth(text);
         Scenario scenario = readParsed(Json::parse(text));
         checkForm(text);
         return scenario;

@@ -123,7 +123,8 @@ void Session::describe() {
 
 void Session::hold() {
     RunState state;
-    state.scenario = scenarioFile;
+    // The next call may come from another folder.
+    state.scenario = std::filesystem::absolute(scenarioFile).lexically_normal().string();
     state.address = platform->address();
     state.holders = startHolders(scenario, system);
     saveRunState(folders, state);

@@ -12,6 +12,7 @@ namespace {
 
 using Json = nlohmann::json;
 
+constexpr const char* loginMember = "login";
 constexpr const char* settingsInstance = "XNSETTINGUI.INSTANCE";
 constexpr std::array<const char*, 3> loginStates{"token", "device", "service"};
 constexpr std::array<const char*, 3> loginTexts{"identity", "tokenText", "phone"};
@@ -30,33 +31,34 @@ bool isOneOf(const Names& names, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-/// The configuration is read as a whole, so one wrong member would lose all.
-void checkLogin(const Json& login) {
-    for (const auto& [key, value] : login.items()) {
-        const bool isState = isOneOf(loginStates, key);
-        if (!isState && !isOneOf(loginTexts, key)) {
-            throw std::runtime_error("there is no \"" + key + "\" of a login");
-        }
-        if (isState ? !value.is_boolean() : !value.is_string()) {
-            refuseToSet(key, value, isState ? "true or false" : "a text");
-        }
+/// A member of what is stored, which anybody may have written.
+Json& storedMember(Json& config, const char* member, Json&& otherwise) {
+    Json& found = config[member];
+    if (found.is_null()) {
+        found = std::move(otherwise);
+    } else if (found.type() != otherwise.type()) {
+        throw std::runtime_error("what is stored as \"" + std::string(member) + "\" is no " +
+                                 otherwise.type_name() + ", but " + found.dump());
     }
+    return found;
 }
 
 void setLogin(Json& config, const std::string& key, const Json& value, const char* values) {
     if (value.is_object()) {
         checkLogin(value);
-        config["login"].merge_patch(value);
+        storedMember(config, loginMember, Json::object()).merge_patch(value);
         return;
     }
     const bool isOn = readSwitch(key, value, "on", "off", values);
+    Json& login = storedMember(config, loginMember, Json::object());
     for (const char* state : loginStates) {
-        config["login"][state] = isOn;
+        login[state] = isOn;
     }
 }
 
 void setState(Json& config, const std::string& key, const Json& value, const char* values) {
-    config["login"][key] = readSwitch(key, value, "on", "off", values);
+    const bool isOn = readSwitch(key, value, "on", "off", values);
+    storedMember(config, loginMember, Json::object())[key] = isOn;
 }
 
 void setMuteMode(Json& config, const std::string& key, const Json& value, const char* values) {
@@ -79,7 +81,8 @@ void setInstances(Json& config, const std::string& key, const Json& value, const
 void setWindow(Json& config, const std::string& key, const Json& value, const char* values) {
     const bool isOpen = readSwitch(key, value, "open", "closed", values);
     Json others = Json::array();
-    for (const Json& instance : config.value("instances", Json::array())) {
+    Json& instances = storedMember(config, "instances", Json::array());
+    for (const Json& instance : instances) {
         if (instance != settingsInstance) {
             others.push_back(instance);
         }
@@ -87,7 +90,7 @@ void setWindow(Json& config, const std::string& key, const Json& value, const ch
     if (isOpen) {
         others.push_back(settingsInstance);
     }
-    config["instances"] = std::move(others);
+    instances = std::move(others);
 }
 
 void setText(Json& settings, const std::string& key, const Json& value, const char* values) {
@@ -142,6 +145,18 @@ const NameToSet& nameToSet(const std::string& key) {
                                  namesToSet());
     }
     return *found;
+}
+
+void checkLogin(const Json& login) {
+    for (const auto& [key, value] : login.items()) {
+        const bool isState = isOneOf(loginStates, key);
+        if (!isState && !isOneOf(loginTexts, key)) {
+            throw std::runtime_error("there is no \"" + key + "\" of a login");
+        }
+        if (isState ? !value.is_boolean() : !value.is_string()) {
+            refuseToSet(key, value, isState ? "true or false" : "a text");
+        }
+    }
 }
 
 void refuseToSet(const std::string& key, const Json& value, const char* values) {

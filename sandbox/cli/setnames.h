@@ -27,6 +27,10 @@ std::span<const NameToSet> setNames();
 /// Throws std::runtime_error when the key is none.
 const NameToSet& nameToSet(const std::string& key);
 
+/// Throws std::runtime_error when the object is no log-in of the configuration. That is read as a
+/// whole, so one wrong member would lose all.
+void checkLogin(const nlohmann::json& login);
+
 /// Throws std::runtime_error with what the value could be.
 [[noreturn]] void refuseToSet(const std::string& key, const nlohmann::json& value,
                               const char* values);

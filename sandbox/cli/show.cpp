@@ -110,6 +110,12 @@ void showFileList(const Json& picture, bool allEntries, Console& console) {
         console);
 }
 
+void showFaults(const Json& faults, Console& console) {
+    for (const Json& fault : faults) {
+        console.row(Mark::fault, {textOf(fault)}, {});
+    }
+}
+
 void showWaiting(const Json& picture, Console& console) {
     showList("Padding list", picture.at("padding"),
              {{"target", "target"},
@@ -118,9 +124,7 @@ void showWaiting(const Json& picture, Console& console) {
              console);
     showList("Left to the next restart", picture.at("moves"),
              {{"from", "from"}, {"to", "to", orElse("(delete)")}}, console);
-    for (const Json& fault : picture.at("faults")) {
-        console.row(Mark::fault, {textOf(fault)}, {});
-    }
+    showFaults(picture.at("faults"), console);
 }
 
 } // namespace
@@ -133,6 +137,7 @@ void showPicture(const Json& picture, bool allEntries, Console& console) {
     showFileList(picture, allEntries, console);
     showMap("Version store", {"path", "version"}, picture.at("versions"), textOf, console);
     showMap("Settings", {"key", "value"}, picture.at("settings"), briefJson, console);
+    showFaults(picture.at("damaged"), console);
     showList(
         "Files in use", picture.at("holders"),
         {{"file", "file"}, {"process", "process"}, {"state", "runs", either("runs", "has ended")}},

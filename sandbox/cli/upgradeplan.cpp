@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "sandbox/cli/scenariopart.h"
-#include "sandbox/doctor/dottedversion.h"
+#include "sandbox/common/dottedversion.h"
 
 namespace sandbox {
 namespace {

@@ -35,4 +35,8 @@ bool sameName(const std::string& a, const std::string& b) {
     return comparablePath(a) == comparablePath(b);
 }
 
+std::string leafOf(const std::string& clientPath) {
+    return clientPath.substr(clientPath.find_last_of("\\/") + 1);
+}
+
 } // namespace sandbox

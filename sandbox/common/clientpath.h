@@ -18,4 +18,7 @@ std::string comparablePath(const std::string& clientPath);
 /// Whether two names are the same without regard to (ASCII) case.
 bool sameName(const std::string& a, const std::string& b);
 
+/// What stands behind the last separator of a client path, as it is spelled there.
+std::string leafOf(const std::string& clientPath);
+
 } // namespace sandbox

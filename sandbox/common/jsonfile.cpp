@@ -1,5 +1,6 @@
 #include "sandbox/common/jsonfile.h"
 
+#include "sandbox/common/jsondepth.h"
 #include "sandbox/platform/filelock.h"
 
 namespace sandbox {
@@ -9,7 +10,7 @@ std::optional<nlohmann::json> readJson(const std::filesystem::path& file) {
     if (!text) {
         return std::nullopt;
     }
-    nlohmann::json value = nlohmann::json::parse(*text, nullptr, false);
+    nlohmann::json value = parsedJson(*text);
     return value.is_discarded() ? std::nullopt : std::optional(std::move(value));
 }
 

@@ -10,7 +10,7 @@
 
 namespace sandbox {
 
-/// Nothing when the file is not there or is no JSON.
+/// Nothing when the file is not there, is no JSON or goes deeper than `deepestJson`.
 std::optional<nlohmann::json> readJson(const std::filesystem::path& file);
 
 /// Replaces the file as a whole. False, with the file as it was, when it cannot be

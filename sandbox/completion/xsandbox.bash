@@ -13,6 +13,7 @@ _xsandbox_options() {
 
 # What an option or argument takes, as the help writes it: FOLDER, N, ...
 _xsandbox_kind() {
+    [[ $1 =~ ^[A-Za-z-]+$ ]] || return 0
     sed -nE "s/^  (-[a-z],)?$1 ([A-Z]+[A-Z=,.]*).*/\2/p" <<<"$2"
 }
 
@@ -41,7 +42,7 @@ _xsandbox_words() {
 # Files with that ending, and folders on the way.
 _xsandbox_files() {
     local file
-    while read -r file; do
+    while IFS= read -r file; do
         if [ -d "$file" ] || [[ $file == *"$1" ]]; then
             COMPREPLY+=("$file")
         fi
@@ -85,6 +86,16 @@ _xsandbox_of_kind() {
     esac
 }
 
+# The value of "--option=value"; what is offered has the option in front.
+_xsandbox_value() {
+    local option=${current%%=*} i
+    current=${current#*=}
+    _xsandbox_of_kind "$(_xsandbox_kind "$option" "$help")" "$option"
+    for i in "${!COMPREPLY[@]}"; do
+        COMPREPLY[i]=$option=${COMPREPLY[i]}
+    done
+}
+
 # Completes the words that stand behind the name of the program $1.
 _xsandbox_reply() {
     local program=${1/#\~/$HOME} current=${words[-1]} previous="" help kind argument
@@ -100,6 +111,8 @@ _xsandbox_reply() {
     [[ $previous == --* ]] && kind=$(_xsandbox_kind "$previous" "$help")
     if [ -n "$kind" ]; then
         _xsandbox_of_kind "$kind" "$previous"
+    elif [[ $current == --*=* ]]; then
+        _xsandbox_value
     elif [[ $current == -* ]]; then
         _xsandbox_words "$(_xsandbox_options "$help")"
     else
@@ -108,11 +121,33 @@ _xsandbox_reply() {
     fi
 }
 
+# The words of the line $1 as the shell reads them, the last of which may be open or empty.
+_xsandbox_split() {
+    local line=$1 word="" begun="" quote="" char i
+    words=()
+    for ((i = 0; i < ${#line}; i++)); do
+        char=${line:i:1}
+        if [[ $char == '\' && $quote != "'" ]]; then
+            i=$((i + 1)) begun=1
+            word+=${line:i:1}
+        elif [ -n "$quote" ]; then
+            if [ "$char" = "$quote" ]; then quote=""; else word+=$char; fi
+        elif [[ $char == [\"\'] ]]; then
+            quote=$char begun=1
+        elif [[ $char == [[:blank:]] ]]; then
+            [ -n "$begun" ] && words+=("$word")
+            word="" begun=""
+        else
+            word+=$char begun=1
+        fi
+    done
+    words+=("$word")
+}
+
 # The words up to the cursor: bash parts them at "=" too, the shell of the user does not.
 _xsandbox() {
-    local line=${COMP_LINE:0:COMP_POINT} words i
-    read -ra words <<<"$line"
-    [[ $line == *' ' ]] && words+=('')
+    local words i
+    _xsandbox_split "${COMP_LINE:0:COMP_POINT}"
     COMPREPLY=()
     if [[ $1 == */dev || $1 == dev ]]; then
         [ "${words[1]:-}" = sandbox ] && [ "${#words[@]}" -gt 2 ] || return
@@ -124,7 +159,7 @@ _xsandbox() {
     fi
     if [[ ${words[-1]} == *=* && $COMP_WORDBREAKS == *=* ]]; then
         for i in "${!COMPREPLY[@]}"; do
-            COMPREPLY[i]=${COMPREPLY[i]#*=}
+            COMPREPLY[i]=${COMPREPLY[i]#"${words[-1]%=*}="}
         done
     fi
 }

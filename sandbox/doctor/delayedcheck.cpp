@@ -79,7 +79,8 @@ private:
             return other.toKey == move.toKey && other.fromKey &&
                    snapshot.fileAt(*other.fromKey) != nullptr;
         });
-        if (!isOnItsWay && !isListed(move) && !snapshot.isListedAsIs(*move.toKey)) {
+        if (!isOnItsWay && !isListed(move) && !snapshot.isListedAsIs(*move.toKey) &&
+            !snapshot.isUnknown(*move.fromKey) && !snapshot.isUnknown(*move.toKey)) {
             add(Code::delayedSourceGone, move, "there is nothing to be moved: ");
         }
     }

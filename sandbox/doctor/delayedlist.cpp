@@ -11,12 +11,18 @@ namespace sandbox::doctor {
 
 namespace {
 
-constexpr const char* journal = "delayed-moves.journal";
-
-/// The journal of a native client. Its reader passes over damaged lines, so they are counted.
-PendingList readJournal(const Places& places) {
+/// The journal of a native client. Its reader passes over damaged lines, so they are counted. It
+/// would wait for a pipe, and takes what cannot be read as empty: both are found ahead of it.
+std::optional<PendingList> readJournal(const Places& places) {
+    const std::filesystem::path journal = places.client / journalFile;
+    const auto content = readFile(journal);
+    std::error_code error;
+    if (!content) {
+        return std::filesystem::exists(journal, error) ? std::nullopt
+                                                       : std::optional<PendingList>(PendingList());
+    }
+    const std::string& text = *content;
     PendingList list = pendingList(places.client);
-    const std::string text = readFile(places.client / journal).value_or("");
     const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
     const std::size_t cut = text.empty() || text.back() == '\n' ? 0 : 1;
     if (lines + cut > list.moves.size()) {
@@ -56,14 +62,15 @@ Delayed placed(const Places& places, const PendingMove& move) {
 void readDelayed(Snapshot& snapshot, Report& report) {
     std::error_code error;
     const Places& places = snapshot.places;
-    if (places.runState.empty() && !std::filesystem::exists(places.client / journal, error)) {
+    if (places.runState.empty() && !std::filesystem::exists(places.client / journalFile, error)) {
         report.unseen.emplace_back("the delayed moves: a client's folder alone without a journal");
         return;
     }
     const auto list = readSystem(snapshot, report);
     if (!list) {
-        report.add(Code::delayedUnreadable, "wine/system.reg",
-                   "the registry of the client's Windows, wine/system.reg, cannot be read");
+        const std::string file = places.wine.empty() ? journalFile : "wine/system.reg";
+        report.add(Code::delayedUnreadable, file,
+                   "the system's list of delayed moves, " + file + ", cannot be read");
         return;
     }
     for (const std::string& fault : list->faults) {

@@ -2,8 +2,8 @@
 #include <set>
 
 #include "sandbox/common/clientpath.h"
+#include "sandbox/common/dottedversion.h"
 #include "sandbox/doctor/checks.h"
-#include "sandbox/doctor/dottedversion.h"
 #include "sandbox/materials/content.h"
 
 namespace sandbox::doctor {
@@ -15,6 +15,11 @@ constexpr const char* versionFile = "orvsecurityver.dll";
 
 bool isNumber(const std::string& text) {
     return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+/// A number as it is usually written; longer ones than any size stay as they are.
+std::string withoutZeros(const std::string& digits) {
+    return digits.substr(std::min(digits.find_first_not_of('0'), digits.size() - 1));
 }
 
 /// Scenarios fill their list up with entries of no file, whose MD5 is that of the name.
@@ -86,7 +91,7 @@ private:
     }
 
     void compareShape() {
-        if (std::to_string(file.size) != entry.text("Size")) {
+        if (std::to_string(file.size) != withoutZeros(entry.text("Size"))) {
             add(Code::listSize, "size", entry.text("Size"), std::to_string(file.size));
         }
         const bool isImage = !file.version.empty();
@@ -127,7 +132,7 @@ void checkEntry(const Snapshot& snapshot, const ListEntry& entry, const std::str
         report.add(Code::listDamaged, name, "the entry of " + name + " " + damage);
     } else if (file != nullptr) {
         Comparison(snapshot, entry, *file, report).run();
-    } else if (snapshot.waitingFor(key) == nullptr) {
+    } else if (snapshot.waitingFor(key) == nullptr && !snapshot.isUnknown(key)) {
         report.add(Code::listFileMissing, name, name + " is listed and is not there");
     }
 }

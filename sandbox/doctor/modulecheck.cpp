@@ -14,7 +14,8 @@ constexpr std::array<const char*, 8> modules{
 
 void checkModules(const Snapshot& snapshot, Report& report) {
     for (const std::string module : modules) {
-        if (snapshot.fileAt(comparablePath(module)) == nullptr) {
+        const std::string key = comparablePath(module);
+        if (snapshot.fileAt(key) == nullptr && !snapshot.isUnknown(key)) {
             report.add(Code::moduleMissing, module, module + " is not there");
         }
     }

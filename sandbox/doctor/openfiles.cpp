@@ -1,6 +1,7 @@
 #include "sandbox/doctor/openfiles.h"
 
 #include <algorithm>
+#include <fstream>
 #include <set>
 
 #include "sandbox/common/clientpath.h"

@@ -1,3 +1,6 @@
+#include <cstdint>
+
+#include "sandbox/common/jsondepth.h"
 #include "sandbox/doctor/checks.h"
 #include "sandbox/doctor/settingnames.h"
 
@@ -10,7 +13,7 @@ constexpr const char* setupKey = "update\\setup.exe";
 constexpr const char* versionFileKey = "orvsecurityver.dll";
 
 /// States of the stored offer that are looked at.
-enum Status { transferBegun = 2, onDisk = 3, setupStarted = 4, wrongPackage = 6 };
+enum Status : std::uint64_t { transferBegun = 2, onDisk = 3, setupStarted = 4, wrongPackage = 6 };
 
 /// The stored offer; discarded when there is none, or it is damaged.
 Json recordOf(const Snapshot& snapshot) {
@@ -19,9 +22,9 @@ Json recordOf(const Snapshot& snapshot) {
         return none;
     }
     const Json& text = snapshot.settings->at(packageSetting);
-    const Json record =
-        text.is_string() ? Json::parse(text.get_ref<const std::string&>(), nullptr, false) : none;
-    return record.is_object() && record.value("status", Json()).is_number_integer() ? record : none;
+    const Json record = text.is_string() ? parsedJson(text.get_ref<const std::string&>()) : none;
+    return record.is_object() && record.value("status", Json()).is_number_unsigned() ? record
+                                                                                     : none;
 }
 
 std::string textOf(const Json& record, const char* member) {
@@ -31,6 +34,9 @@ std::string textOf(const Json& record, const char* member) {
 
 void checkSetupFile(const Snapshot& snapshot, const Json& record, Report& report) {
     const FileFacts* setup = snapshot.fileAt(setupKey);
+    if (snapshot.isUnknown(setupKey)) {
+        return;
+    }
     if (setup == nullptr || setup->md5 != lowered(textOf(record, "packageMD5"))) {
         report.add(Code::packageFile, setupKey,
                    std::string(setupKey) +
@@ -52,7 +58,7 @@ void checkPackage(const Snapshot& snapshot, Report& report) {
                        textOf(record, "version") + " " + what);
     };
     const FileFacts* client = snapshot.fileAt(versionFileKey);
-    switch (record.at("status").get<int>()) {
+    switch (record.at("status").get<std::uint64_t>()) {
     case transferBegun:
         return pending("was not fetched to its end");
     case onDisk:

@@ -45,7 +45,8 @@ void checkEntry(const Snapshot& snapshot, const Waiting& entry, Report& report) 
                    "the padding list has \"" + entry.file + "\" for \"" + entry.target + "\"");
     } else if (const FileFacts* file = snapshot.fileAt(*entry.key)) {
         checkWaiting(snapshot, entry, *file, report);
-    } else if (!hasEnded(snapshot, entry)) {
+    } else if (!hasEnded(snapshot, entry) && !snapshot.isUnknown(*entry.key) &&
+               !snapshot.isUnknown(*entry.toKey)) {
         report.add(Code::waitingGone, entry.target,
                    *entry.key + ", which waits for " + entry.target + ", is not there");
     }

@@ -22,10 +22,10 @@ fs::path whenThere(const fs::path& path) {
 } // namespace
 
 Places placesOf(const fs::path& folder) {
-    const fs::path whole = fs::absolute(folder).lexically_normal();
     std::error_code error;
-    if (!fs::is_directory(whole, error)) {
-        throw std::runtime_error(folder.string() + " is no folder");
+    const fs::path whole = fs::absolute(folder, error).lexically_normal();
+    if (folder.empty() || !fs::is_directory(whole, error)) {
+        throw std::runtime_error("\"" + folder.string() + "\" is no folder");
     }
     Places places;
     const Folders folders(whole);

@@ -24,6 +24,9 @@ struct Places {
     std::vector<std::string> clientNames() const;
 };
 
+/// The journal of delayed moves in a native client's folder: the sandbox's own.
+inline constexpr const char* journalFile = "delayed-moves.journal";
+
 /// Of the folder of a run, else of a client's folder, of which nothing else is known. Throws
 /// std::runtime_error when the folder is neither.
 Places placesOf(const std::filesystem::path& folder);

@@ -4,6 +4,7 @@
 #include <pugixml.hpp>
 
 #include "sandbox/common/clientpath.h"
+#include "sandbox/common/jsondepth.h"
 #include "sandbox/doctor/settingnames.h"
 #include "sandbox/platform/filewrites.h"
 
@@ -15,17 +16,19 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr const char* journal = "delayed-moves.journal"; // the sandbox's own
-
 void readOne(const fs::path& file, const std::string& path, Snapshot& snapshot, Report& report) {
+    const std::string key = comparablePath(path);
     std::error_code error;
-    if (fs::symlink_status(file, error).type() != fs::file_type::regular) {
+    const fs::file_type type = fs::symlink_status(file, error).type();
+    if (!error && type != fs::file_type::regular) {
         report.add(Code::strangeFile, path, path + " is no plain file");
+        snapshot.unread.insert(key);
     } else if (auto facts = factsOf(file, path)) {
-        snapshot.files[comparablePath(path)] = std::move(*facts);
+        snapshot.files[key] = std::move(*facts);
         ++report.files;
     } else {
         report.add(Code::unreadableFile, path, path + " cannot be read");
+        snapshot.unread.insert(key);
     }
 }
 
@@ -40,13 +43,14 @@ void readFolder(const fs::path& folder, Snapshot& snapshot, Report& report) {
         std::error_code unknown;
         if (fs::symlink_status(file, unknown).type() == fs::file_type::directory) {
             readFolder(file, snapshot, report);
-        } else if (path != journal) {
+        } else if (path != journalFile) {
             readOne(file, path, snapshot, report);
         }
     }
     if (error) {
         const std::string path = toClientPath(folder.lexically_relative(client));
         report.add(Code::unreadableFile, path, "the folder " + path + " cannot be searched");
+        snapshot.unread.insert(path == "." ? "" : comparablePath(path));
     }
 }
 
@@ -62,12 +66,12 @@ std::optional<Json> readStore(const fs::path& file, Code unreadable, const char*
         return Json::object();
     }
     const auto text = readFile(file);
-    Json json = text ? Json::parse(*text, nullptr, false) : Json(Json::value_t::discarded);
+    Json json = text ? parsedJson(*text) : Json(Json::value_t::discarded);
     if (json.is_object()) {
         return json;
     }
     report.add(unreadable, file.filename().string(),
-               file.filename().string() + " holds no JSON object");
+               file.filename().string() + (text ? " holds no JSON object" : " cannot be read"));
     return std::nullopt;
 }
 
@@ -77,7 +81,7 @@ Json parsedSetting(const Snapshot& snapshot, const char* key) {
     if (!snapshot.settings || found == snapshot.settings->end() || !found->is_string()) {
         return Json(Json::value_t::discarded);
     }
-    return Json::parse(found->get_ref<const std::string&>(), nullptr, false);
+    return parsedJson(found->get_ref<const std::string&>());
 }
 
 std::optional<std::string> keyOf(const std::optional<std::string>& path) {

@@ -1,7 +1,7 @@
-#include <fstream>
+#include <sstream>
 
+#include "sandbox/common/cabinetfile.h"
 #include "sandbox/common/clientpath.h"
-#include "sandbox/doctor/cabinetfile.h"
 #include "sandbox/doctor/reading.h"
 #include "sandbox/materials/setuppackage.h"
 #include "sandbox/platform/filewrites.h"
@@ -48,7 +48,7 @@ void readPackage(Snapshot& snapshot) {
 
 void readLog(Snapshot& snapshot) {
     static const std::string scheduled = "set peeding : ";
-    std::ifstream log(snapshot.places.log);
+    std::istringstream log(readFile(snapshot.places.log).value_or(""));
     for (std::string line; std::getline(log, line);) {
         const std::size_t at = line.find(scheduled);
         if (at != std::string::npos) {

@@ -1,5 +1,6 @@
 #include <array>
 
+#include "sandbox/common/jsondepth.h"
 #include "sandbox/doctor/checks.h"
 #include "sandbox/doctor/settingnames.h"
 
@@ -84,6 +85,10 @@ void checkText(const JsonSetting& setting, const Json& value, Report& report) {
     }
     const auto& text = value.get_ref<const std::string&>();
     if (text.empty()) {
+        return;
+    }
+    if (lineTooDeep(text)) {
+        report.add(Code::settingKind, setting.key, std::string(setting.key) + ": " + tooDeep);
         return;
     }
     const Json json = Json::parse(text, nullptr, false);

@@ -13,6 +13,15 @@ const FileFacts* Snapshot::fileAt(const std::string& key) const {
     return found == files.end() ? nullptr : &found->second;
 }
 
+bool Snapshot::isUnknown(const std::string& key) const {
+    std::string path = key;
+    while (unread.count(path) == 0 && !path.empty()) {
+        const std::size_t end = path.find_last_of('\\');
+        path.erase(end == path.npos ? 0 : end);
+    }
+    return unread.count(path) != 0;
+}
+
 const Waiting* Snapshot::waitingFor(const std::string& targetKey) const {
     const auto found = std::find_if(padding.begin(), padding.end(), [&](const Waiting& entry) {
         return entry.toKey == targetKey && entry.key && fileAt(*entry.key) != nullptr;

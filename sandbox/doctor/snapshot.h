@@ -8,7 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "sandbox/doctor/filefacts.h"
+#include "sandbox/common/filefacts.h"
 #include "sandbox/doctor/finding.h"
 #include "sandbox/doctor/openfiles.h"
 #include "sandbox/doctor/places.h"
@@ -46,6 +46,7 @@ struct Delayed {
 struct Snapshot {
     Places places;
     std::map<std::string, FileFacts> files;
+    std::set<std::string> unread; ///< keys of what stands and is not known; a folder with all below
     std::optional<std::vector<ListEntry>> list;
     std::optional<nlohmann::json> versions; ///< an object
     std::optional<nlohmann::json> settings; ///< an object
@@ -62,6 +63,8 @@ struct Snapshot {
     bool hostRuns = false;
 
     const FileFacts* fileAt(const std::string& key) const;
+    /// Whether something stands there that could not be read: told by itself, and not missing.
+    bool isUnknown(const std::string& key) const;
     /// The padding entry of a target whose file waits in folder update.
     const Waiting* waitingFor(const std::string& targetKey) const;
     /// Whether a restart will put, or has put, the target in place, as far as is known.

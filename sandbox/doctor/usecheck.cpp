@@ -14,17 +14,12 @@ using Json = nlohmann::json;
 
 constexpr const char* wineServer = "wineserver";
 
-std::string leafOf(const std::string& path) {
-    const std::string name = comparablePath(path);
-    return name.substr(name.find_last_of('\\') + 1);
-}
-
 /// A running program has its own file in use, and the client's host its modules. Under Wine some
 /// are open in Wine's server alone.
 bool isExpected(const Snapshot& snapshot, const OpenFile& file) {
-    const std::string program = leafOf(file.program);
-    return program == leafOf(file.path) || program == "trayhost" || program == "trayhost.exe" ||
-           (snapshot.hostRuns && program.rfind(wineServer, 0) == 0);
+    const std::string program = comparablePath(leafOf(file.program));
+    return sameName(leafOf(file.path), program) || program == "trayhost" ||
+           program == "trayhost.exe" || (snapshot.hostRuns && program.rfind(wineServer, 0) == 0);
 }
 
 bool isRunning(const Places& places, long long id, const std::string& program) {

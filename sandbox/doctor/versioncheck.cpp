@@ -1,8 +1,8 @@
 #include <map>
 
 #include "sandbox/common/clientpath.h"
+#include "sandbox/common/dottedversion.h"
 #include "sandbox/doctor/checks.h"
-#include "sandbox/doctor/dottedversion.h"
 
 namespace sandbox::doctor {
 namespace {
@@ -19,7 +19,7 @@ void checkFile(const Snapshot& snapshot, const std::string& path, const std::str
                Report& report) {
     const std::string key = comparablePath(path);
     const FileFacts* file = snapshot.fileAt(key);
-    if (file == nullptr && snapshot.waitingFor(key) == nullptr) {
+    if (file == nullptr && snapshot.waitingFor(key) == nullptr && !snapshot.isUnknown(key)) {
         report.add(Code::versionFileMissing, path,
                    path + " has version " + version + " in the store and is not there");
     } else if (file != nullptr && !file->version.empty() &&

@@ -14,19 +14,19 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr const char* dropFault = "drop";
-
 bool holdsAt(const Fault& fault, std::int64_t tick) {
     return (!fault.has("from") || fault.number("from") <= tick) &&
            (!fault.has("until") || tick < fault.number("until"));
 }
+
+constexpr const char* chainless = "fileCheck";
 
 /// The end of the path of the request that the fault stands on.
 std::string pathEnd(const std::string& on) {
     if (on == "packageCheck") {
         return "/upgrade/check";
     }
-    return on == "fileCheck" ? "/file/check" : "/" + on;
+    return on == chainless ? "/file/check" : "/" + on;
 }
 
 Mutex counting;
@@ -68,6 +68,20 @@ bool reachTick(const Folders& folders, std::uint32_t tick) {
     return turns && updateJson(folders.clientFaults(), [&](Json& json) { json["tick"] = tick; });
 }
 
+std::size_t lostChains() {
+    const auto stands = readJson(processFolders().clientFaults());
+    if (!stands) {
+        return 0;
+    }
+    const std::size_t phase = stands->value("phase", std::size_t{0});
+    const std::vector<Json> lines = readFaultLog(processFolders().faults());
+    return static_cast<std::size_t>(
+        std::count_if(lines.begin(), lines.end(), [phase](const Json& line) {
+            return line.value("phase", std::size_t{0}) == phase &&
+                   line.value("fault", "") == dropFault && line.value("on", "") != chainless;
+        }));
+}
+
 ClientFaults ClientFaults::read() {
     ClientFaults now;
     const std::filesystem::path file = processFolders().clientFaults();
@@ -95,11 +109,6 @@ std::vector<Fault> ClientFaults::all(const std::string& name) const {
     return found;
 }
 
-std::optional<Fault> ClientFaults::find(const std::string& name) const {
-    const std::vector<Fault> found = all(name);
-    return found.empty() ? std::nullopt : std::optional(found.front());
-}
-
 void ClientFaults::met(const Fault& fault) const {
     // A module may be loaded anew for each call, so only the file knows what was logged.
     const std::filesystem::path file = processFolders().faults();
@@ -109,11 +118,11 @@ void ClientFaults::met(const Fault& fault) const {
 }
 
 bool ClientFaults::meets(const std::string& name) const {
-    const std::optional<Fault> fault = find(name);
-    if (fault) {
-        met(*fault);
+    const std::vector<Fault> now = all(name);
+    for (const Fault& fault : now) {
+        met(fault);
     }
-    return fault.has_value();
+    return !now.empty();
 }
 
 bool ClientFaults::drops(const std::string& url) const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,20 +22,23 @@ bool isOfClient(const Fault& fault);
 /// The host is about to do its tick of that number. True when a fault begins or ends with it.
 bool reachTick(const Folders& folders, std::uint32_t tick);
 
+/// Requests of this step that a fault has lost, each with the chain that waits for its answer: for
+/// ever. Those of the file channel are of no chain.
+std::size_t lostChains();
+
 /// What the file says; none of the modules' faults holds without it.
 class ClientFaults {
 public:
     /// As the file of the run that this process is the host of stands now.
     static ClientFaults read();
 
-    /// The fault of that name that holds now; also one that waits for its request.
-    std::optional<Fault> find(const std::string& name) const;
+    /// Those of that name that hold now; also such that wait for their request.
     std::vector<Fault> all(const std::string& name) const;
 
     /// The fault has taken effect: the first time in the step, it goes to the log of the faults.
     void met(const Fault& fault) const;
 
-    /// `find`, and a fault that is found has taken effect.
+    /// Whether one of that name holds now; all that do have taken effect.
     bool meets(const std::string& name) const;
 
     /// Counts a request of the path; a fault that drops it, which is then logged.

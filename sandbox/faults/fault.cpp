@@ -11,8 +11,6 @@ using Json = nlohmann::json;
 
 constexpr std::array<const char*, 4> ownMembers{"on", "attempt", "fault", "comment"};
 constexpr std::array<const char*, 3> extendsForms{"ahead", "behind", "null"};
-constexpr std::int64_t lowestStatus = 200;
-constexpr std::int64_t highestStatus = 599;
 
 [[noreturn]] void refuse(const std::string& reason) {
     throw std::runtime_error("faults: " + reason);
@@ -54,12 +52,24 @@ bool fits(const Parameter& parameter, const Json& value) {
     }
 }
 
+/// Numbers beyond 64 bits with a sign would be others once they are read.
+bool isWithin(const Range& range, const Json& number) {
+    const bool isHuge = number.is_number_unsigned() &&
+                        number.get<std::uint64_t>() > static_cast<std::uint64_t>(range.most);
+    return !isHuge && number.get<std::int64_t>() >= range.least &&
+           number.get<std::int64_t>() <= range.most;
+}
+
 void takeParameter(const Parameter& parameter, const Json& json, Fault& fault) {
     const std::string what = "\"" + fault.name + "\" on " + fault.on + ", \"" + parameter.name;
     if (json.contains(parameter.name)) {
         const Json& value = json.at(parameter.name);
         if (!fits(parameter, value)) {
             refuse(what + "\" is of the wrong kind: " + value.dump() + "; it is " +
+                   parameter.meaning);
+        }
+        if (parameter.kind == ParameterKind::number && !isWithin(parameter.range, value)) {
+            refuse(what + "\" is " + rangeWords(parameter.range) + ", not " + value.dump() + ": " +
                    parameter.meaning);
         }
         fault.parameters[parameter.name] = value;
@@ -87,17 +97,9 @@ void checkMembers(const Json& json, const FaultKind& kind) {
 
 /// What no kind of a parameter tells.
 void checkValues(const Fault& fault) {
-    for (const char* amount : {"byte", "size", "ms", "levels", "count", "from", "until"}) {
-        if (fault.has(amount) && fault.number(amount) < 0) {
-            refuse("\"" + fault.name + "\": \"" + amount + "\" is below 0");
-        }
-    }
-    if (fault.has("size") && fault.number("size") == 0) {
-        refuse("\"" + fault.name + "\": \"size\" is 0");
-    }
-    if (fault.has("status") &&
-        (fault.number("status") < lowestStatus || fault.number("status") > highestStatus)) {
-        refuse("\"status\" is no status of an answer: " + fault.parameters.at("status").dump());
+    if (fault.has("until") && fault.number("until") <= fault.number("from")) {
+        refuse("\"" + fault.name + "\" on " + fault.on + " ends ahead of its begin: \"until\" is " +
+               fault.parameters.at("until").dump());
     }
     if (fault.has("as") && std::find(extendsForms.begin(), extendsForms.end(), fault.text("as")) ==
                                extendsForms.end()) {
@@ -132,6 +134,23 @@ Fault readFault(const Json& json, const std::set<std::string>& files) {
     return fault;
 }
 
+/// The one that leaves nothing for `fault`, of those ahead of it: one request meets one fault.
+const Fault* hiderOf(const Fault& fault, const std::vector<Fault>& ahead) {
+    const auto hides = [&fault](const Fault& first) {
+        if (first.on != fault.on) {
+            return false;
+        }
+        if ((fault.kind().places & placeServed) == 0) {
+            return first.record() == fault.record();
+        }
+        // A request that the client's side loses is none of the server's.
+        return (first.name == dropFault) == (fault.name == dropFault) &&
+               (first.attempt == 0 || first.attempt == fault.attempt);
+    };
+    const auto found = std::find_if(ahead.begin(), ahead.end(), hides);
+    return found == ahead.end() ? nullptr : &*found;
+}
+
 std::string valueText(const Json& value) {
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
@@ -155,7 +174,12 @@ std::string Fault::words() const {
 }
 
 std::string Fault::title() const {
-    return name + " on " + on + (attempt == 0 ? "" : ", attempt " + std::to_string(attempt));
+    std::string text = name + " on " + on;
+    text += attempt == 0 ? "" : ", attempt " + std::to_string(attempt);
+    if (has("from") && number("from") > 0) {
+        text += ", from tick " + std::to_string(number("from"));
+    }
+    return text + (has("until") ? ", until tick " + std::to_string(number("until")) : "");
 }
 
 Json Fault::record() const {
@@ -172,7 +196,11 @@ std::vector<Fault> readFaults(const Json& list, const std::set<std::string>& fil
     }
     std::vector<Fault> faults;
     for (const Json& one : list) {
-        faults.push_back(readFault(one, files));
+        Fault fault = readFault(one, files);
+        if (const Fault* hider = hiderOf(fault, faults)) {
+            refuse(fault.title() + " is never met: " + hider->title() + " stands ahead of it");
+        }
+        faults.push_back(std::move(fault));
     }
     return faults;
 }

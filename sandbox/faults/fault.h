@@ -11,6 +11,9 @@
 
 namespace sandbox {
 
+/// The one fault of a request that the client's side carries out.
+inline constexpr const char* dropFault = "drop";
+
 /// One fault that a step of a scenario names.
 struct Fault {
     std::string on;
@@ -33,7 +36,8 @@ struct Fault {
 };
 
 /// The faults of a step; `files` are the materials' names. Throws std::runtime_error that names
-/// what is wrong, and for an unknown name all that are known.
+/// what is wrong, and for an unknown name all that are known. A fault that an earlier one of the
+/// list leaves no request for is wrong too.
 std::vector<Fault> readFaults(const nlohmann::json& list, const std::set<std::string>& files);
 
 /// The inverse, for those who read them from a file of the run.

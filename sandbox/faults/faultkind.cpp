@@ -8,36 +8,52 @@ namespace {
 
 using Kind = ParameterKind;
 
-constexpr Parameter statusParameters[]{
-    {"status", Kind::number, "HTTP status, 200 to 599, as 204, 302, 403, 404, 429, 500, 503"}};
+constexpr Range statuses{200, 599};
+constexpr Range someBytes{0, 2'147'483'647}; // the client keeps sizes in 32 bits with a sign
+constexpr Range pieces{1, someBytes.most};
+constexpr Range moreBytes{-someBytes.most, 100'000'000};
+constexpr Range milliseconds{0, 3'600'000};
+constexpr Range nestings{1, 1'000'000};
+constexpr Range rows{0, 100'000};
+constexpr Range ticks{0, 4'294'967'295};
+
+constexpr Parameter statusParameters[]{{"status", Kind::number,
+                                        "HTTP status, as 204, 302, 403, 404, 429, 500, 503", "",
+                                        false, statuses}};
 constexpr Parameter silentParameters[]{
     {"ms", Kind::number,
      "milliseconds after which the server gives up; untold, never: transfers of files have no "
      "time-out of their own",
-     "", true}};
+     "", true, milliseconds}};
 constexpr Parameter brokenParameters[]{
-    {"byte", Kind::number, "bytes of the body ahead of the reset", "0"}};
+    {"byte", Kind::number, "bytes of the body ahead of the reset", "0", false, someBytes}};
 constexpr Parameter cutParameters[]{
-    {"byte", Kind::number, "bytes of the body ahead of the end"},
+    {"byte", Kind::number, "bytes of the body ahead of the end", "", false, someBytes},
     {"announced", Kind::flag, "whether its full length is announced", "true"}};
-constexpr Parameter chunkedParameters[]{{"size", Kind::number, "bytes of a chunk", "64"}};
-constexpr Parameter slowParameters[]{{"size", Kind::number, "bytes of a piece", "256"},
-                                     {"ms", Kind::number, "milliseconds between pieces", "2"}};
+constexpr Parameter chunkedParameters[]{
+    {"size", Kind::number, "bytes of a chunk", "64", false, pieces}};
+constexpr Parameter slowParameters[]{
+    {"size", Kind::number, "bytes of a piece", "256", false, pieces},
+    {"ms", Kind::number, "milliseconds between pieces", "2", false, milliseconds}};
 constexpr Parameter bodyParameters[]{{"body", Kind::text, "the body"}};
-constexpr Parameter deepParameters[]{{"levels", Kind::number, "nested arrays", "100000"}};
-constexpr Parameter countParameters[]{{"count", Kind::number, "metas in the answer"}};
+constexpr Parameter deepParameters[]{
+    {"levels", Kind::number, "nested arrays", "100000", false, nestings}};
+constexpr Parameter countParameters[]{
+    {"count", Kind::number, "metas in the answer", "", false, rows}};
 constexpr Parameter extendsParameters[]{
     {"as", Kind::text, "ahead or behind (of the other fields), or null"}};
 constexpr Parameter lengthParameters[]{
-    {"by", Kind::number, "bytes that it is longer; below 0, shorter", "-1"}};
-constexpr Parameter holdParameters[]{{"byte", Kind::number, "bytes ahead of the wait"}};
+    {"by", Kind::number, "bytes that it is longer; below 0, shorter", "-1", false, moreBytes}};
+constexpr Parameter holdParameters[]{
+    {"byte", Kind::number, "bytes ahead of the wait", "", false, someBytes}};
 constexpr Parameter tickParameters[]{
-    {"from", Kind::number, "tick of the host with which it begins; 0 is ahead of all", "0"},
-    {"until", Kind::number, "tick with which it ends", "", true}};
+    {"from", Kind::number, "tick of the host with which it begins; 0 is ahead of all", "0", false,
+     ticks},
+    {"until", Kind::number, "tick with which it ends", "", true, ticks}};
 constexpr Parameter windowParameters[]{
     {"name", Kind::text, "instance of the window", "\"XNSETTINGUI.INSTANCE\""},
-    {"from", Kind::number, "tick of the host with which it begins; 0 is ahead of all", "0"},
-    {"until", Kind::number, "tick with which it ends", "", true}};
+    tickParameters[0],
+    tickParameters[1]};
 constexpr Parameter inUseParameters[]{
     {"file", Kind::text, "client path, from this step on until a restart"},
     {"by", Kind::text, "program of the client that keeps it, a file of kind holder"}};
@@ -49,7 +65,7 @@ constexpr FaultKind kinds[]{
      R"({"on": "GetPacketMeta", "attempt": 2, "fault": "status", "status": 503})", placeServed},
     {"silent", "no answer until the client or the server gives up", silentParameters,
      R"({"on": "GetPacketMeta", "fault": "silent"})", placeServed},
-    {"refused", "the connection is reset in place of an answer", nothing,
+    {"refused", "the connection is reset behind the request, in place of an answer", nothing,
      R"({"on": "fileCheck", "fault": "refused"})", placeServed},
     {"broken", "the connection is reset behind byte {byte} of the body", brokenParameters,
      R"({"on": "m03", "fault": "broken", "byte": 1000})", placeServed},
@@ -195,6 +211,10 @@ std::string placeWords(unsigned places) {
         }
     }
     return words;
+}
+
+std::string rangeWords(const Range& range) {
+    return std::to_string(range.least) + " to " + std::to_string(range.most);
 }
 
 } // namespace sandbox

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -28,12 +29,19 @@ inline constexpr unsigned placeServed = placeAnswers | placeFile;
 
 enum class ParameterKind { number, text, flag };
 
+/// What a number may be. The upper ends keep a slip of the hand from filling the memory.
+struct Range {
+    std::int64_t least;
+    std::int64_t most;
+};
+
 struct Parameter {
     const char* name;
     ParameterKind kind;
     const char* meaning;        ///< with its unit
     const char* byDefault = ""; ///< JSON; empty: it has to be told
     bool isOptional = false;    ///< may be untold, and has no default then
+    Range range{0, 0};          ///< of a number
 };
 
 struct FaultKind {
@@ -64,5 +72,8 @@ std::vector<std::string> fixedPlaces();
 
 /// The places of a kind in words.
 std::string placeWords(unsigned places);
+
+/// "1 to 64".
+std::string rangeWords(const Range& range);
 
 } // namespace sandbox

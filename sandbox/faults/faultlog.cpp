@@ -7,6 +7,15 @@
 #include "sandbox/platform/filewrites.h"
 
 namespace sandbox {
+namespace {
+
+bool hasAll(const nlohmann::json& line, const nlohmann::json& members) {
+    nlohmann::json both = line;
+    both.update(members);
+    return both == line;
+}
+
+} // namespace
 
 void logFault(const std::filesystem::path& file, std::size_t phase, const Fault& fault,
               std::size_t attempt) {
@@ -19,9 +28,10 @@ void logFault(const std::filesystem::path& file, std::size_t phase, const Fault&
 
 bool hasTakenEffect(const std::vector<nlohmann::json>& lines, std::size_t phase,
                     const Fault& fault) {
+    const nlohmann::json record = fault.record();
     return std::any_of(lines.begin(), lines.end(), [&](const nlohmann::json& line) {
-        return line.value("phase", std::size_t{0}) == phase && line.value("on", "") == fault.on &&
-               line.value("words", "") == fault.words();
+        return hasAll(line, record) && line.value("phase", std::size_t{0}) == phase &&
+               (fault.attempt == 0 || line.value("attempt", std::size_t{0}) == fault.attempt);
     });
 }
 

@@ -14,7 +14,7 @@ namespace sandbox {
 void logFault(const std::filesystem::path& file, std::size_t phase, const Fault& fault,
               std::size_t attempt);
 
-/// Whether one line of the step is of that fault.
+/// Whether one line of the step is of that fault, with all its members.
 bool hasTakenEffect(const std::vector<nlohmann::json>& lines, std::size_t phase,
                     const Fault& fault);
 

@@ -1,83 +1,16 @@
 #include "sandbox/report/barreader.h"
 
 #include <algorithm>
-#include <array>
-#include <string_view>
 
+#include "sandbox/report/barforms.h"
 #include "sandbox/report/plannedmaterials.h"
 #include "sandbox/report/saying.h"
+#include "sandbox/report/spans.h"
 
 namespace sandbox::report {
 namespace {
 
 using Json = nlohmann::json;
-
-/// A line that begins a bar, and how the bar is called in front of the line's value.
-struct Form {
-    std::string_view begins;
-    Kind kind;
-    const char* title;
-    const char* channel = "";
-    const char* url = ""; ///< what its address ends with, where the line does not tell it
-};
-
-constexpr std::array<Form, 7> forms{{
-    {"update plugin, kelvar http, request:", Kind::request, "", "kelvar"},
-    {"update plugin, file, task check, request:", Kind::request, "check of the data files", "file",
-     "/upgrade/v1/file/check"},
-    {"update plugin, pkg, task check, request:", Kind::request, "check of the package", "pkg",
-     "/upgrade/v2/upgrade/check"},
-    {"update plugin, download task, url:", Kind::transfer, ""},
-    {"update plugin, file, task download, download name:", Kind::transfer, "data file "},
-    {"update plugin, pkg, task download, check ...", Kind::transfer, "the package"},
-    {"update plugin, kelvar, task move, move:", Kind::move, ""},
-}};
-
-bool begins(const LogLine& line, std::string_view with) {
-    return line.text.compare(0, with.size(), with) == 0;
-}
-
-const Form* formOf(const LogLine& line) {
-    const auto found = std::find_if(forms.begin(), forms.end(),
-                                    [&](const Form& form) { return begins(line, form.begins); });
-    return found == forms.end() ? nullptr : found;
-}
-
-std::string lastElement(const std::string& text) {
-    return text.substr(text.rfind('/') + 1);
-}
-
-std::string titleOf(const LogLine& line, const Form& form) {
-    const std::string rest = trimmed(line.text.substr(form.begins.size()));
-    switch (form.kind) {
-    case Kind::move: {
-        const std::size_t to = rest.find(" to ");
-        return trimmed(to == std::string::npos ? rest : rest.substr(to + 4));
-    }
-    case Kind::request:
-        return *form.title == '\0' ? lastElement(rest.substr(0, rest.find(" , data:")))
-                                   : form.title;
-    default:
-        return *form.title == '\0' ? lastElement(rest) : form.title + std::string(rest);
-    }
-}
-
-/// The channel whose request a line ends, by the log alone.
-std::string answeredChannel(const LogLine& line) {
-    if (begins(line, "update plugin, file, task check, response") ||
-        begins(line, "update plugin, file, check finished")) {
-        return "file";
-    }
-    if (begins(line, "update plugin, pkg, task check, response") ||
-        begins(line, "update plugin, pkg, task check, succ")) {
-        return "pkg";
-    }
-    const auto saying = sayingOf(line.text);
-    const bool isChain = saying && saying->says > Says::fetch && saying->says != Says::queueEnds &&
-                         saying->says != Says::transferFailed && saying->says != Says::windowOpen &&
-                         saying->says != Says::fileListFailed;
-    return isChain ? "kelvar" : "";
-}
 
 /// Lines that a move writes behind its first one.
 bool isOfMove(Says says) {
@@ -85,10 +18,10 @@ bool isOfMove(Says says) {
 }
 
 bool isFailure(const LogLine& line) {
-    return begins(line, "update plugin, download task, perform err") ||
-           begins(line, "update plugin, download task, open err") ||
-           begins(line, "update plugin, move task, move src to dst error") ||
-           begins(line, "update plugin, move task, peeding src to dst error");
+    return line.text.starts_with("update plugin, download task, perform err") ||
+           line.text.starts_with("update plugin, download task, open err") ||
+           line.text.starts_with("update plugin, move task, move src to dst error") ||
+           line.text.starts_with("update plugin, move task, peeding src to dst error");
 }
 
 } // namespace
@@ -100,7 +33,7 @@ std::size_t BarReader::add(Kind kind, Lane lane, std::int64_t start, const LogLi
 }
 
 void BarReader::request(const LogLine& line, Lane lane) {
-    const Form& form = *formOf(line);
+    const BarForm& form = *barFormOf(line);
     const std::size_t bar = add(form.kind, lane, *line.at, line, titleOf(line, form));
     const std::string rest = trimmed(line.text.substr(form.begins.size()));
     sent.push_back({bar, *form.url == '\0' ? rest.substr(0, rest.find(" , data:")) : form.url});
@@ -120,8 +53,32 @@ void BarReader::answer(const LogLine& line) {
     waiting.erase(found);
 }
 
+void BarReader::abandon(std::size_t bar, const LogLine& line) {
+    bars[bar].end = *line.at;
+    abandoned.insert(bar);
+}
+
+void BarReader::abandonChain(const LogLine& line) {
+    const std::string channel = begunChannel(line);
+    if (channel.empty()) {
+        return;
+    }
+    if (const auto found = waiting.find(channel); found != waiting.end()) {
+        abandon(found->second, line);
+        waiting.erase(found);
+    }
+    for (auto& [name, thread] : threads) {
+        if (thread.running && thread.channel == channel) {
+            if (bars[*thread.running].isOpen) {
+                abandon(*thread.running, line);
+            }
+            thread.running.reset();
+        }
+    }
+}
+
 bool BarReader::begin(const LogLine& line, Lane lane, Thread& thread) {
-    const Form* form = formOf(line);
+    const BarForm* form = barFormOf(line);
     if (form == nullptr) {
         return false;
     }
@@ -132,6 +89,7 @@ bool BarReader::begin(const LogLine& line, Lane lane, Thread& thread) {
     const bool isMove = form->kind == Kind::move;
     const std::int64_t start = isMove && thread.isUsed ? thread.before : *line.at;
     thread.running = add(form->kind, lane, start, line, titleOf(line, *form));
+    thread.channel = form->channel;
     bars.back().isOpen = !isMove;
     return true;
 }
@@ -156,6 +114,7 @@ void BarReader::goOn(const LogLine& line, Thread& thread) {
 
 void BarReader::see(const LogLine& line, Lane lane) {
     Thread& thread = threads[line.thread];
+    abandonChain(line);
     answer(line);
     goOn(line, thread);
     begin(line, lane, thread);
@@ -165,35 +124,41 @@ void BarReader::see(const LogLine& line, Lane lane) {
 }
 
 void BarReader::endBySight(const Knowledge& known) {
+    const std::vector<std::int64_t> stops = hostEnds(known);
+    // How many processes ended ahead of it: what was asked and its answer have the same number.
+    const auto sittingOf = [&](std::int64_t at) {
+        return std::upper_bound(stops.begin(), stops.end(), at) - stops.begin();
+    };
     auto next = sent.begin();
     for (const Json& event : known.events) {
         const auto at = known.onLogClock(event["at"].get<std::int64_t>());
         if (textOf(event, "kind") != "http" || textOf(event, "phase") != "answered" || !at) {
             continue;
         }
+        const auto sitting = sittingOf(*at);
+        while (next != sent.end() && (next->isOver || sittingOf(bars[next->bar].start) < sitting)) {
+            ++next;
+        }
         const std::string url = textOf(event, "url");
         const auto found = std::find_if(next, sent.end(), [&](const Sent& request) {
-            return !request.isAnswered && bars[request.bar].start <= *at + 1 &&
-                   url.size() >= request.url.size() &&
-                   url.compare(url.size() - request.url.size(), request.url.size(), request.url) ==
-                       0;
+            return !request.isOver && bars[request.bar].start <= *at + 1 &&
+                   url.ends_with(request.url);
         });
         if (found != sent.end()) {
             TimelineEvent& bar = bars[found->bar];
             bar.end = std::max(bar.start, *at);
             bar.isOpen = false;
-            found->isAnswered = true;
-        }
-        while (next != sent.end() && next->isAnswered) {
-            ++next;
+            found->isOver = true;
         }
     }
 }
 
 std::vector<TimelineEvent> BarReader::end(const Knowledge& known) {
     endBySight(known);
-    for (TimelineEvent& bar : bars) {
-        bar.end = std::max(bar.start, bar.isOpen ? last : bar.end); // a clock may be set back
+    for (std::size_t i = 0; i < bars.size(); ++i) {
+        TimelineEvent& bar = bars[i];
+        const bool isLast = bar.isOpen && abandoned.count(i) == 0;
+        bar.end = std::max(bar.start, isLast ? last : bar.end); // a clock may be set back
     }
     return std::move(bars);
 }

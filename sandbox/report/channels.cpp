@@ -3,12 +3,27 @@
 #include <algorithm>
 #include <string_view>
 
+#include "sandbox/report/plannedmaterials.h"
 #include "sandbox/report/saying.h"
 
 namespace sandbox::report {
 namespace {
 
 constexpr std::size_t longestValue = 90;
+
+/// Lines that tell that a program was to be started, and the program.
+struct Start {
+    std::string_view begins;
+    const char* file;
+    const char* parameters; ///< null: any
+    const char* name;
+};
+
+constexpr Start programStarts[] = {
+    {"update plugin, pkg, task install, finished", "update\\setup.exe", nullptr, "setup.exe"},
+    {"update plugin, other, task run, check.", "orvdefender.exe", "--install",
+     "orvdefender.exe --install"},
+};
 
 struct Form {
     std::string_view begins;
@@ -37,7 +52,7 @@ constexpr Form forms[] = {
     {"update plugin, pkg, task check, not logined or ui upgrade.", "package",
      "the installation has worked; nobody has to be told"},
     {"update plugin, pkg, task check, response, error :", "package",
-     "the check was not answered, error", true},
+     "the check has no usable answer, error", true},
     {"update plugin, pkg, task check, response:", "package", "the upgrade server answered", true},
     {"update plugin, pkg, task check, succ: 1", "package", "there is an offer"},
     {"update plugin, pkg, task check, succ: 0", "package",
@@ -64,7 +79,7 @@ constexpr Form forms[] = {
     {"update plugin, file, can't check, so ignore.", "file", "nothing done: nobody is logged in"},
     {"update plugin, file, task check, request:", "file", "the upgrade server is asked", true},
     {"update plugin, file, task check, response, error :", "file",
-     "the check was not answered, error", true},
+     "the check has no usable answer, error", true},
     {"update plugin, file, task check, response:", "file", "the upgrade server answered", true},
     {"update plugin, file, task check, response list null .", "file",
      "nothing on offer, or no answer"},
@@ -72,7 +87,7 @@ constexpr Form forms[] = {
      "nothing fetched: the path of the host's executable is too long"},
     {"update plugin, file, task download, local have name:", "file", "not fetched, it is there",
      true},
-    {"update plugin, file, task download, download name:", "file", "fetched, type", true},
+    {"update plugin, file, task download, download name:", "file", "its fetch begins, type", true},
     {"update plugin, file, check finished, succ:", "file", "the attempt has ended, 1 for success",
      true},
     {"update plugin, file, retry.", "file", "the next attempt comes in five minutes"},
@@ -111,6 +126,27 @@ std::string valueOf(const std::string& text, const Form& form) {
     return value;
 }
 
+bool begins(const std::string& text, std::string_view with) {
+    return text.compare(0, with.size(), with) == 0;
+}
+
+/// What was seen of each start of the program, in their order.
+std::vector<std::string> outcomesOf(const Start& start, const Knowledge& known) {
+    std::vector<std::string> outcomes;
+    for (const nlohmann::json& event : known.events) {
+        const bool isIt =
+            textOf(event, "kind") == "process" && textOf(event, "file") == start.file &&
+            (start.parameters == nullptr || textOf(event, "parameters") == start.parameters);
+        if (isIt) {
+            const bool isStarted = event.value("started", nlohmann::json()) == true;
+            outcomes.push_back(start.name + std::string(isStarted ? " was started"
+                                                                  : " was not started: there is "
+                                                                    "none, or it cannot run"));
+        }
+    }
+    return outcomes;
+}
+
 /// The statistic channel says nothing when it reports.
 bool isReport(const Log& log, std::size_t at) {
     constexpr std::string_view check = "update plugin, statistic, check update ...";
@@ -143,18 +179,39 @@ void add(std::vector<ChannelStep>& steps, const ChannelStep& step, bool isEachTi
 
 } // namespace
 
-std::vector<ChannelStep> channelSteps(const Log& log, std::size_t first, std::size_t end) {
-    std::vector<ChannelStep> steps;
-    for (std::size_t i = 0; i < log.lines.size(); ++i) {
-        const LogLine& line = log.lines[i];
-        if (line.number < first || line.number >= end) {
-            continue;
+Starts startsOf(const Log& log, const Knowledge& known) {
+    Starts starts;
+    for (const Start& start : programStarts) {
+        const std::vector<std::string> outcomes = outcomesOf(start, known);
+        std::vector<std::size_t> lines;
+        for (const LogLine& line : log.lines) {
+            if (begins(line.text, start.begins)) {
+                lines.push_back(line.number);
+            }
         }
+        // With another number of them it is open which belongs to which.
+        for (std::size_t i = 0; i < lines.size() && lines.size() == outcomes.size(); ++i) {
+            starts[lines[i]] = outcomes[i];
+        }
+    }
+    return starts;
+}
+
+std::vector<ChannelStep> channelSteps(const Log& log, const Starts& starts, std::size_t first,
+                                      std::size_t end) {
+    std::vector<ChannelStep> steps;
+    const auto from = std::partition_point(log.lines.begin(), log.lines.end(),
+                                           [&](const LogLine& row) { return row.number < first; });
+    for (auto i = static_cast<std::size_t>(from - log.lines.begin());
+         i < log.lines.size() && log.lines[i].number < end; ++i) {
+        const LogLine& line = log.lines[i];
         if (const Form* form = formOf(line.text)) {
+            const auto start = starts.find(line.number);
+            const std::string words = start == starts.end() ? form->words : start->second;
             const std::string value = valueOf(line.text, *form);
-            add(steps, {form->channel, form->words, value, 1, line.number}, form->isEachTick);
+            add(steps, {form->channel, words, value, 1, line.number}, form->isEachTick);
         } else if (isReport(log, i)) {
-            add(steps, {"statistic", "reported", "", 1, line.number}, false);
+            add(steps, {"statistic", "a report was handed over", "", 1, line.number}, false);
         }
     }
     const auto order = [](const std::string& channel) {

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
+#include "sandbox/report/knowledge.h"
 #include "sandbox/report/logline.h"
 
 namespace sandbox::report {
@@ -17,9 +19,16 @@ struct ChannelStep {
     std::size_t line = 0; ///< of the first one
 };
 
+/// What became of the programs that other channels start, by the line that tells of each.
+using Starts = std::map<std::size_t, std::string>;
+
+/// Where the observations have as many starts as the log has lines of them; else empty.
+Starts startsOf(const Log& log, const Knowledge& known);
+
 /// The decisions of the channels other than Kelvar in the lines from `first` up to and without
 /// `end`, channel by channel in the order of the log. A step that a channel takes on every tick
 /// stands once, where it came first.
-std::vector<ChannelStep> channelSteps(const Log& log, std::size_t first, std::size_t end);
+std::vector<ChannelStep> channelSteps(const Log& log, const Starts& starts, std::size_t first,
+                                      std::size_t end);
 
 } // namespace sandbox::report

@@ -64,12 +64,15 @@ std::vector<Clause> clausesOf(const std::string& expression, const std::string& 
         }
     }
     std::vector<Clause> clauses;
+    bool isBound = false;
     for (const auto& side : {low, high}) {
         if (side) {
             clauses.push_back(*side);
+            isBound = isBound || !side->bound.empty();
         }
     }
-    return clauses;
+    // With nothing but empty bounds a client compares nothing.
+    return isBound ? clauses : std::vector<Clause>{};
 }
 
 } // namespace sandbox::report

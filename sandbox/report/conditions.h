@@ -14,7 +14,7 @@ struct Clause {
 };
 
 /// The bounds that a client keeps of an expression like `%appver%>="1.0"&&%appver%<"2.0"`: the
-/// last readable clause of each side. None: everything passes.
+/// last readable clause of each side, none when all are empty. None: everything passes.
 std::vector<Clause> clausesOf(const std::string& expression, const std::string& tag);
 
 /// Below 0, 0 or above 0, as a client compares dotted versions: part by part as numbers; with

@@ -18,10 +18,7 @@ struct Explanation {
     std::vector<KelvarRun> runs;
     std::size_t shutGates = 0; ///< drives of the channel that found its time gate shut
 
-    /// The lines that are told with a run: those from its begin to that of the next one; those
-    /// ahead of the first run are told with it. Without runs, all.
-    std::size_t firstLineOf(const KelvarRun& run) const;
-    std::size_t endLineOf(const KelvarRun& run) const;
+    Starts starts; ///< of programs of other channels, by the line that tells them
 };
 
 /// Of a log on its own.

@@ -99,7 +99,7 @@ Json toJson(const KelvarRun& run, const Explanation& told) {
             {"faults", run.faults},
             {"notes", run.notes},
             {"channels",
-             listOf(channelSteps(told.log, told.firstLineOf(run), told.endLineOf(run)), stepJson)}};
+             listOf(channelSteps(told.log, told.starts, run.toldFrom, run.toldTo), stepJson)}};
 }
 
 Json logJson(const Explanation& told) {

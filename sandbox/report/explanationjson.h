@@ -6,7 +6,7 @@
 
 namespace sandbox::report {
 
-/// The members of `explain --json`; docs/explain.md tells each. What is not told is null.
+/// The members of `explain --json`; docs/xsandbox.md tells each. What is not told is null.
 nlohmann::json toJson(const Material& row);
 nlohmann::json toJson(const KelvarRun& run, const Explanation& told);
 /// All of the log but its runs.

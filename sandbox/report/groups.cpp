@@ -48,14 +48,18 @@ std::size_t leftBehind(const Material& failed, const std::vector<Material*>& gro
     return failed.failedTakeBacks - std::min(waiting, failed.failedTakeBacks);
 }
 
-void takeBack(const Material& failed, const std::vector<Material*>& group, bool isSure) {
+void takeBack(const Material& failed, const std::vector<Material*>& group, bool isSure,
+              bool isLast) {
     std::vector<Material*> placed;
     std::copy_if(group.begin(), group.end(), std::back_inserter(placed),
                  [](const Material* row) { return row->isInPlace(); });
     const std::size_t stay = leftBehind(failed, group);
     const std::string by = failed.name.empty() ? failed.md5 : failed.name;
     for (Material* row : placed) {
-        if (isSure && stay == 0) {
+        if (isSure && isLast) {
+            row->decision = "untold";
+            row->notes.push_back("the log ends while it is taken back because of " + by);
+        } else if (isSure && stay == 0) {
             row->refuse(takenBack);
             row->notes.push_back("taken back because of " + by);
         } else if (isSure && stay == placed.size()) {
@@ -70,9 +74,13 @@ void takeBack(const Material& failed, const std::vector<Material*>& group, bool 
     }
 }
 
+bool hasMoved(const KelvarRun& run) {
+    return run.movesDone || run.success;
+}
+
 /// The log ends before the moves do: the last group may still be taken back.
 void leaveLastOpen(const KelvarRun& run, const std::vector<Material*>& lastGroup) {
-    if (run.movesDone || run.success) {
+    if (hasMoved(run)) {
         return;
     }
     for (Material* row : lastGroup) {
@@ -105,7 +113,8 @@ void settleGroups(KelvarRun& run) {
             group.clear();
         }
         if (rows[i]->hasFailed()) {
-            takeBack(*rows[i], group, run.groupsAreKnown || run.groups == 1U);
+            const bool isLast = !hasMoved(run) && i + 1 == rows.size();
+            takeBack(*rows[i], group, run.groupsAreKnown || run.groups == 1U, isLast);
         }
         group.push_back(rows[i]);
     }

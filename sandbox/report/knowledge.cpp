@@ -7,6 +7,7 @@
 #include "sandbox/common/clientpath.h"
 #include "sandbox/common/config.h"
 #include "sandbox/common/jsonfile.h"
+#include "sandbox/faults/faultkind.h"
 #include "sandbox/faults/faultlog.h"
 #include "sandbox/platform/filewrites.h"
 #include "sandbox/report/plannedmaterials.h"
@@ -79,13 +80,15 @@ void readFaultFile(const Folders& folders, Knowledge& known) {
         if (line.contains("at") && line["at"].is_number_integer()) {
             fault.at = line["at"].get<std::int64_t>();
         }
-        if (line.contains("phase") && line["phase"].is_number_unsigned()) {
-            fault.phase = line["phase"].get<std::size_t>();
-        }
         fault.on = textOf(line, "on");
         fault.words = textOf(line, "words");
+        const FaultKind* kind = findFaultKind(textOf(line, "fault"));
+        fault.keepsAnswer = kind != nullptr && kind->keepsAnswer;
         known.faults.push_back(std::move(fault));
     }
+    // By their time, those without it first.
+    std::stable_sort(known.faults.begin(), known.faults.end(),
+                     [](const SandboxFault& a, const SandboxFault& b) { return a.at < b.at; });
     if (!known.faults.empty()) {
         known.sources.emplace_back("faults: faults.jsonl");
     }
@@ -122,8 +125,12 @@ void readEvents(const Folders& folders, const Log& log, Knowledge& known) {
     }
     if (!known.clockOffset) {
         known.events.clear();
-        known.missing.emplace_back("events.jsonl cannot be laid beside the log's clock");
+        known.missing.emplace_back("events.jsonl is not there, or has no clock in common with "
+                                   "the log");
     }
+    std::stable_sort(known.events.begin(), known.events.end(), [](const Json& a, const Json& b) {
+        return a["at"].get<std::int64_t>() < b["at"].get<std::int64_t>();
+    });
 }
 
 bool endsWith(const std::string& text, const std::string& end) {
@@ -158,6 +165,12 @@ std::string Knowledge::nameOf(const std::string& fileId, const std::string& md5)
 
 std::optional<std::int64_t> Knowledge::onLogClock(std::int64_t at) const {
     return clockOffset ? std::optional(at - *clockOffset) : std::nullopt;
+}
+
+bool endsWithPath(const std::string& path, const std::string& end) {
+    const std::string whole = comparablePath(path);
+    const std::string part = comparablePath(end);
+    return !part.empty() && (whole == part || endsWith(whole, '\\' + part));
 }
 
 std::vector<std::string> faultWords(const Knowledge& known) {

@@ -177,10 +177,10 @@ Log readLog(std::string_view text) {
     Log log;
     log.hasTimes = log.hasDates = log.hasThreads = true;
     log.endsInMidLine = !text.empty() && text.back() != '\n';
-    for (std::size_t number = 1; !text.empty(); ++number) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
+    std::size_t number = 1;
+    for (std::size_t end = 0; (end = text.find('\n')) != std::string_view::npos; ++number) {
         addLine(text.substr(0, end), number, log);
-        text.remove_prefix(std::min(end + 1, text.size()));
+        text.remove_prefix(end + 1);
     }
     const bool isEmpty = log.lines.empty();
     log.hasTimes = log.hasTimes && !isEmpty;

@@ -24,7 +24,7 @@ struct Log {
     std::vector<LogLine> lines;
     std::size_t others = 0;     ///< lines that are not the plug-in's
     std::size_t repaired = 0;   ///< lines with bytes that were not UTF-8
-    bool endsInMidLine = false; ///< the last line has no end
+    bool endsInMidLine = false; ///< the last line has no end; what there is of it is left out
     bool hasTimes = false;      ///< every line has a time
     bool hasDates = false;      ///< and a date with it
     bool hasThreads = false;    ///< every line has its thread

@@ -3,19 +3,27 @@
 #include <algorithm>
 #include <utility>
 
+#include "sandbox/common/clientpath.h"
+
 namespace sandbox::report {
 namespace {
-
-std::string fullError(const std::string& number) {
-    const std::string words = systemErrorWords(number);
-    return number + (words.empty() ? "" : ", " + words);
-}
 
 /// The number, and nothing for a text that is none.
 std::optional<std::size_t> numberOf(const std::string& text) {
     const bool isNumber = !text.empty() && text.size() < 9 &&
                           text.find_first_not_of("0123456789") == std::string::npos;
     return isNumber ? std::optional<std::size_t>(std::stoul(text)) : std::nullopt;
+}
+
+/// The list of waiting files drops an older schedule together with its file. Where that is the
+/// very file of this run's schedule, the restart finds none.
+void loseWaiting(const std::string& path, KelvarRun& run) {
+    for (Material& row : run.materials) {
+        if (row.isScheduled && sameName(path.substr(path.rfind('\\') + 1), row.md5)) {
+            row.notes.emplace_back("the run also deletes the file that waits, as an older schedule "
+                                   "names it too; where that works, the restart finds none");
+        }
+    }
 }
 
 } // namespace
@@ -34,6 +42,7 @@ Material& MoveReader::attempt(const std::string& md5, const LogLine& line, Kelva
     found->moveLine = line.number;
     run.tried.push_back(static_cast<std::size_t>(found - run.materials.begin()));
     isLocked = false;
+    takeBackError.clear();
     return *found;
 }
 
@@ -45,6 +54,7 @@ void MoveReader::see(const Saying& saying, const LogLine& line, KelvarRun& run) 
     run.stage = std::max(run.stage, KelvarRun::Stage::move);
     switch (saying.says) {
     case Says::moveAll:
+        run.rows = numberOf(saying.values[0]);
         run.groups = numberOf(saying.values[1]);
         run.freeRows = numberOf(saying.values[2]);
         break;
@@ -63,13 +73,15 @@ void MoveReader::see(const Saying& saying, const LogLine& line, KelvarRun& run) 
         Material& row = attempt(saying.values[0], line, run);
         row.tried = Material::Try::moved;
         row.fileId = saying.values[1];
+        why = Material::Try::untold;
+        details = {};
         break;
     }
     case Says::moves:
         break;
     default:
         if (saying.says < Says::paddingCounts) {
-            replace(saying, run);
+            replace(saying, line, run);
         } else {
             record(saying, line, run);
         }
@@ -79,6 +91,7 @@ void MoveReader::see(const Saying& saying, const LogLine& line, KelvarRun& run) 
 void MoveReader::refuse(const Saying& saying, const LogLine& line, KelvarRun& run) {
     const auto keep = [&](Material::Try reason) {
         why = reason;
+        details = {};
         std::copy_n(saying.values.begin(), std::min(details.size(), saying.values.size()),
                     details.begin());
     };
@@ -99,11 +112,11 @@ void MoveReader::refuse(const Saying& saying, const LogLine& line, KelvarRun& ru
         keep(Material::Try::version);
         return;
     case Says::badMember:
-        details[0] = saying.values[0];
+        keep(Material::Try::cabinet);
         return;
     case Says::badMoveName:
         why = Material::Try::badName;
-        details[0] = saying.values[1];
+        details = {saying.values[1], ""};
         refused(saying.values[0]);
         return;
     case Says::badPath:
@@ -112,81 +125,15 @@ void MoveReader::refuse(const Saying& saying, const LogLine& line, KelvarRun& ru
         refused(saying.values[1]).target = saying.values[0];
         return;
     case Says::cabinetFailed:
-        why = Material::Try::cabinet;
+        if (why != Material::Try::cabinet) {
+            why = Material::Try::cabinet;
+            details = {};
+        }
         refused(saying.values[0]).fileId = saying.values[1];
         return;
     default:
         refused(saying.values[0]).fileId = saying.values[1];
     }
-}
-
-void MoveReader::replace(const Saying& saying, KelvarRun& run) {
-    Material* row = current(run);
-    if (row == nullptr) {
-        return;
-    }
-    const std::string code = fullError(saying.values[0]);
-    switch (saying.says) {
-    case Says::targetInUse:
-        row->lockedBy = code;
-        isLocked = true;
-        break;
-    case Says::scheduled:
-        schedule(saying.values[0], run);
-        break;
-    case Says::scheduleFailed:
-        if (!ofGroup.empty()) {
-            ofGroup.back().error = code;
-        } else {
-            row->isScheduled = false;
-            row->scheduleError = code;
-        }
-        break;
-    case Says::replaceFailed:
-        row->failedBy = code;
-        break;
-    case Says::oldFileStays:
-        row->notes.push_back("the old file's delete at the restart was not accepted: " + code);
-        break;
-    default:
-        run.notes.push_back(
-            saying.says == Says::takeBackFailed
-                ? "a new file could not be taken back, " + code
-                : "an old file did not come back, " + code +
-                      (saying.values[0] == "2" ? ": there was none" : ": the target is missing"));
-        row->failedTakeBacks += saying.says == Says::takeBackFailed ? 1U : 0U;
-    }
-}
-
-void MoveReader::schedule(const std::string& target, KelvarRun& run) {
-    if (isLocked) {
-        isLocked = false;
-        current(run)->isScheduled = true;
-        current(run)->target = target;
-    } else {
-        ofGroup.push_back({target, ""});
-    }
-}
-
-// A group that waits as a whole: what was in place is taken back and scheduled, in the order
-// of the moves, right behind the group's last file.
-void MoveReader::settleSchedules(KelvarRun& run) {
-    if (ofGroup.empty()) {
-        return;
-    }
-    run.materials[run.tried.back()].groupEndsHere = true;
-    auto next = ofGroup.rbegin();
-    for (auto at = run.tried.rbegin(); at != run.tried.rend() && next != ofGroup.rend(); ++at) {
-        Material& row = run.materials[*at];
-        if (row.isInPlace()) {
-            row.isScheduled = next->error.empty();
-            row.scheduleError = next->error;
-            row.withItsGroup = true;
-            row.target = next->target;
-            ++next;
-        }
-    }
-    ofGroup.clear();
 }
 
 void MoveReader::record(const Saying& saying, const LogLine& line, KelvarRun& run) {
@@ -195,6 +142,9 @@ void MoveReader::record(const Saying& saying, const LogLine& line, KelvarRun& ru
     switch (saying.says) {
     case Says::paddingCounts:
         run.movesDone = true;
+        break;
+    case Says::waitingDeleted:
+        loseWaiting(saying.values[0], run);
         break;
     case Says::program:
         run.programs.push_back({saying.values[0], saying.values[1], line.number, ""});

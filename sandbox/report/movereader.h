@@ -20,20 +20,25 @@ public:
 private:
     struct Schedule {
         std::string target;
+        std::string takeBackError; ///< of the new file, ahead of the schedule
+        std::size_t line = 0;
         std::string error;
     };
 
     Material& attempt(const std::string& md5, const LogLine& line, KelvarRun& run);
     Material* current(KelvarRun& run);
     void refuse(const Saying& saying, const LogLine& line, KelvarRun& run);
-    void replace(const Saying& saying, KelvarRun& run);
-    void schedule(const std::string& target, KelvarRun& run);
+    void replace(const Saying& saying, const LogLine& line, KelvarRun& run);
+    void takeBack(const Saying& saying, const std::string& code, KelvarRun& run);
+    void schedule(const std::string& target, const LogLine& line, KelvarRun& run);
+    static void scheduleWithGroup(const Schedule& next, Material& row);
     void record(const Saying& saying, const LogLine& line, KelvarRun& run);
     void settleSchedules(KelvarRun& run);
 
     Material::Try why = Material::Try::untold; ///< of the next "not need move"
     std::array<std::string, 2> details;
     bool isLocked = false;         ///< the schedule that comes is that of the current material
+    std::string takeBackError;     ///< of the file whose schedule comes next
     std::vector<Schedule> ofGroup; ///< of files that were in place, group by group
 };
 

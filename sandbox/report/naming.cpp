@@ -28,8 +28,8 @@ void takeAsked(Material& row, const AskedMaterial& asked) {
     row.version = asked.version;
 }
 
-void takePlanned(Material& row, const Knowledge& known) {
-    if (const Planned* planned = known.planned(row.name)) {
+void takePlanned(Material& row, const Planned* planned) {
+    if (planned != nullptr) {
         row.group = planned->group;
         row.target = planned->path;
         row.module = row.module.empty() ? planned->module : row.module;
@@ -117,8 +117,8 @@ void addRest(KelvarRun& run) {
         for (const AskedMaterial* asked : rest) {
             names += (names.empty() ? "" : ", ") + asked->id;
         }
-        run.notes.push_back("the log has hashes where it drops materials, and does not tell which "
-                            "of these is which: " +
+        run.notes.push_back("the log has hashes where it tells of materials, and does not tell "
+                            "which of these is which: " +
                             names);
         return;
     }
@@ -130,13 +130,20 @@ void addRest(KelvarRun& run) {
 
 } // namespace
 
+const Planned* plannedOf(const Material& row, const KelvarRun& run, const Knowledge& known) {
+    const Planned* planned = run.isOfferChanged ? nullptr : known.planned(row.name);
+    const bool isElsewhere =
+        planned != nullptr && !row.target.empty() && !endsWithPath(row.target, planned->path);
+    return isElsewhere ? nullptr : planned;
+}
+
 void nameMaterials(KelvarRun& run, const Knowledge& known) {
     nameByFile(run, known);
     nameByOrder(run);
     addRest(run);
     for (Material& row : run.materials) {
         row.name = row.name.empty() ? lastElement(row.id) : row.name;
-        takePlanned(row, known);
+        takePlanned(row, plannedOf(row, run, known));
     }
     // In the question's order, those without a name behind.
     const auto placeOf = [&](const Material& row) {

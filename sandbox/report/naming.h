@@ -10,4 +10,8 @@ namespace sandbox::report {
 /// choice. Materials that the run did not come to are added behind the others.
 void nameMaterials(KelvarRun& run, const Knowledge& known);
 
+/// What the scenario tells of it. Null where that is not what the client was told: a fault gave
+/// it other rows, or the log has it go to another target.
+const Planned* plannedOf(const Material& row, const KelvarRun& run, const Knowledge& known);
+
 } // namespace sandbox::report

@@ -70,15 +70,21 @@ void takeScenario(const Json& scenario, Knowledge& known) {
     }
     const Json client = objectOf(scenario, "client");
     known.clientVersion = textOf(client, "version");
+    for (const Json& file : listOf(client, "files")) {
+        const std::string path = comparablePath(textOf(file, "path"));
+        const bool isPe = textOf(file, "kind") == "pe";
+        const std::string version = textOf(file, "version");
+        known.files[path] = {isPe, isPe ? version : ""};
+        if (!isPe && !version.empty()) {
+            known.versions[path] = version;
+        }
+    }
+    // What the scenario tells of the store goes before the versions of its files.
     const Json versions = objectOf(client, "versions");
     for (const auto& [path, version] : versions.items()) {
         if (version.is_string()) {
             known.versions[comparablePath(path)] = version.get<std::string>();
         }
-    }
-    // A file without a version counts as one of the empty version.
-    for (const Json& file : listOf(client, "files")) {
-        known.versions[comparablePath(textOf(file, "path"))] = textOf(file, "version");
     }
     const Json package = objectOf(objectOf(scenario, "upgrade"), "package");
     for (const Json& file : listOf(package, "files")) {

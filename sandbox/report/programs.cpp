@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "sandbox/report/naming.h"
+#include "sandbox/report/saying.h"
+
 namespace sandbox::report {
 namespace {
 
@@ -20,15 +23,37 @@ std::string lower(std::string text) {
     return text;
 }
 
-std::string reasonOf(const Material& row) {
-    if (row.decision == "waiting") {
-        return "not asked for: the group of " + row.name + " waits for the restart";
+/// Whether another file of the group was to wait with it: then no program of the group starts.
+bool waitsInPart(const Material& row, const KelvarRun& run) {
+    return std::any_of(run.materials.begin(), run.materials.end(), [&](const Material& other) {
+        return other.withItsGroup &&
+               (&other == &row || (row.group && !row.group->empty() && other.group == row.group));
+    });
+}
+
+/// Whether the file fell with a group: what it had scheduled, or could not be taken back, stays.
+bool hasFallen(const Material& row, const KelvarRun& run) {
+    return row.group && !row.group->empty() &&
+           std::any_of(run.materials.begin(), run.materials.end(), [&](const Material& other) {
+               return other.hasFailed() && other.group == row.group;
+           });
+}
+
+std::string reasonOf(const Material& row, const KelvarRun& run) {
+    const std::string asks = "not asked for: ";
+    if (row.decision == "refused" && !row.withItsGroup) {
+        return asks + row.name + " was refused, " + row.reason;
     }
-    if (row.decision == "refused") {
-        return "not asked for: " + row.name + " was refused, " + row.reason;
+    if (row.decision == "left") {
+        return asks + "the run did not get to " + row.name;
     }
-    return row.decision == "left" ? "not asked for: the run did not get to " + row.name
-                                  : "no line tells that " + row.name + " asked for it";
+    if (waitsInPart(row, run)) {
+        return asks + "the group of " + row.name + " waits for the restart";
+    }
+    if (hasFallen(row, run)) {
+        return asks + "the group of " + row.name + " has failed";
+    }
+    return "no line tells that " + row.name + " asked for it";
 }
 
 } // namespace
@@ -49,16 +74,18 @@ std::vector<ExecEntry> execEntries(const std::string& text) {
 
 void addUnstarted(KelvarRun& run, const Knowledge& known) {
     for (const Material& row : run.materials) {
-        const Planned* planned = known.planned(row.name);
+        const Planned* planned = plannedOf(row, run, known);
         if (planned == nullptr) {
             continue;
         }
         for (const ExecEntry& entry : execEntries(planned->exec)) {
             const auto isIt = [&](const Program& program) {
-                return program.name == entry.program && program.parameters == entry.parameters;
+                // The log's values have lost the blanks around them.
+                return program.name == trimmed(entry.program) &&
+                       program.parameters == trimmed(entry.parameters);
             };
             if (std::none_of(run.programs.begin(), run.programs.end(), isIt)) {
-                run.programs.push_back({entry.program, entry.parameters, 0, reasonOf(row)});
+                run.programs.push_back({entry.program, entry.parameters, 0, reasonOf(row, run)});
             }
         }
     }

@@ -14,8 +14,8 @@ struct ExecEntry {
 /// The entries of `(%process%="a.exe" %param%="--x")&&(...)`, as a client reads them.
 std::vector<ExecEntry> execEntries(const std::string& text);
 
-/// Adds the programs that were not started, each with its reason, behind those of the log. Only
-/// the scenario tells of them.
+/// Adds the programs that the log does not have, each with the reason as far as it is told, behind
+/// those of the log. Only the scenario tells of them.
 void addUnstarted(KelvarRun& run, const Knowledge& known);
 
 } // namespace sandbox::report

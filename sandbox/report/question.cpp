@@ -56,15 +56,32 @@ void ask(KelvarRun& run, const std::string& url, const std::string& body, std::s
     run.questions.push_back(std::move(question));
 }
 
-std::string noAnswerWords(const KelvarRun& run) {
-    if (run.questions.empty()) {
-        return "no address of the update platform";
+std::string unansweredOf(const std::string& line) {
+    constexpr const char* holders[][2] = {{"upgradePacketData", "GetUpgradePacket"},
+                                          {"fullPacketDiffData", "GetFullPacketDiff"},
+                                          {"getPacketMeta", "GetPacketMeta"},
+                                          {"fileStorageAddr", "GetFileStorageAddr"}};
+    for (const auto& [holder, name] : holders) {
+        if (line.find(holder) != std::string::npos) {
+            return name;
+        }
+    }
+    return "BatchGetMaterialMeta";
+}
+
+std::string noAnswerWords(const KelvarRun& run, const std::string& unanswered) {
+    if (run.questions.empty() || run.questions.back().name != unanswered) {
+        // Without an address there is no question to be seen.
+        return run.questions.empty() && run.beginsInMidRun
+                   ? unanswered + " has no usable answer; the log begins behind the question"
+                   : "no address of the update platform for " + unanswered;
     }
     const Question& last = run.questions.back();
     switch (last.outcome) {
     case Question::Outcome::refused:
-        return last.error == "0" ? last.name + " was answered with status " + last.status
-                                 : last.name + " got no answer, transport error " + last.error;
+        return last.error == "0"
+                   ? last.name + " was answered with status " + last.status
+                   : last.name + " got no whole answer, transport error " + last.error;
     case Question::Outcome::answered:
         return last.name + " was answered for another number of materials than asked";
     default:

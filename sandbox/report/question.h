@@ -11,7 +11,10 @@ namespace sandbox::report {
 /// or no JSON tells nothing.
 void ask(KelvarRun& run, const std::string& url, const std::string& body, std::size_t line);
 
-/// Why a run ended at a question without a usable answer, by the run's last question.
-std::string noAnswerWords(const KelvarRun& run);
+/// The question that a line "... nil ." says to have no answer.
+std::string unansweredOf(const std::string& line);
+
+/// Why the run ended at that question, by its last one in the log.
+std::string noAnswerWords(const KelvarRun& run, const std::string& unanswered);
 
 } // namespace sandbox::report

@@ -50,6 +50,7 @@ enum class Says {
     takeBackFailed,
     oldFileLost,
     paddingCounts,
+    waitingDeleted, ///< of an older schedule; value: path
     paddingNote,
     fileListCount,
     fileListFailed, ///< of the package channel too

@@ -3,18 +3,8 @@
 #include <algorithm>
 #include <map>
 
-#include "sandbox/common/clientpath.h"
-
 namespace sandbox::report {
 namespace {
-
-constexpr const char* untold = "?";
-constexpr std::size_t longestHash = 12;
-constexpr std::size_t longestHashInTable = 32;
-
-std::string orUntold(const std::string& text) {
-    return text.empty() ? untold : text;
-}
 
 std::string begunAt(const KelvarRun& run, const Log& log) {
     return run.begin && log.hasTimes ? timeText(*run.begin, log.hasDates)
@@ -26,7 +16,8 @@ const char* outcomeWords(const Question& question) {
     case Question::Outcome::answered:
         return "answered";
     case Question::Outcome::refused:
-        return "refused";
+        // The client has one word for a status and for no answer at all.
+        return question.error == "0" ? "refused" : "failed";
     case Question::Outcome::empty:
         return "empty answer";
     default:
@@ -74,6 +65,15 @@ std::string sumOf(const KelvarRun& run) {
     return text;
 }
 
+/// Why a file was left to the restart.
+std::string waitWords(const Material& row) {
+    if (row.withItsGroup) {
+        return "a file of its group waits";
+    }
+    const bool isInUse = row.lockedBy.substr(0, row.lockedBy.find(',')) == "32";
+    return isInUse ? "in use" : "the old file does not leave its place: " + row.lockedBy;
+}
+
 Section materials(const KelvarRun& run) {
     Section section{"Materials: " + sumOf(run)};
     section.titles = {"material", "target", "version", "decision", "why"};
@@ -81,7 +81,7 @@ Section materials(const KelvarRun& run) {
         const Material& row = run.materials[at];
         std::string why = row.reason;
         if (row.decision == "waiting") {
-            why = row.withItsGroup ? "a file of its group is in use" : "in use";
+            why = waitWords(row);
         } else if (why.empty() && row.decision != "placed" && !row.notes.empty()) {
             why = row.notes[0];
         }
@@ -119,24 +119,11 @@ Section endSection(const KelvarRun& run) {
 }
 
 std::string runWords(const KelvarRun& run) {
-    return run.targetVersion.empty() ? untold
+    return run.targetVersion.empty() ? orUntold("")
                                      : orUntold(run.clientVersion) + " to " + run.targetVersion;
 }
 
-/// A hash is cut where it only names.
-std::string shortHash(const std::string& md5) {
-    return md5.size() == longestHashInTable ? md5.substr(0, longestHash) : md5;
-}
-
-bool sameText(const std::string& a, const std::string& b) {
-    return !a.empty() && comparablePath(a) == comparablePath(b);
-}
-
 } // namespace
-
-std::string titleOf(const Material& row) {
-    return !row.name.empty() ? row.name : !row.id.empty() ? row.id : shortHash(row.md5);
-}
 
 std::vector<Section> headSections(const Explanation& told, const std::string& source) {
     Section head{"Log " + source};
@@ -146,11 +133,13 @@ std::vector<Section> headSections(const Explanation& told, const std::string& so
         bool is;
         const char* words;
     } remarks[] = {
-        {!told.log.hasTimes, "not every line has a time that can be read"},
-        {!told.log.hasThreads, "not every line has its thread: lines that channels share are told "
-                               "apart by the line before"},
+        {!told.log.lines.empty() && !told.log.hasTimes,
+         "not every line has a time that can be read"},
+        {!told.log.lines.empty() && !told.log.hasThreads,
+         "not every line has its thread: lines that channels share are told "
+         "apart by the line before"},
         {told.log.repaired != 0, "some lines have bytes that are not UTF-8"},
-        {told.log.endsInMidLine, "the last line is cut"},
+        {told.log.endsInMidLine, "the last line has no end: it may be cut, and is left out"},
         {!told.runs.empty() && told.runs[0].beginsInMidRun, "it begins in the middle of a run"},
     };
     for (const auto& remark : remarks) {
@@ -162,7 +151,8 @@ std::vector<Section> headSections(const Explanation& told, const std::string& so
         head.lines.push_back("read beside it: " + from);
     }
     head.lines.insert(head.lines.end(), told.known.missing.begin(), told.known.missing.end());
-    if (told.runs.empty()) { // else they stand with their run
+    if (told.runs.size() != 1 && (told.runs.empty() || !told.known.hasObservations())) {
+        // Else they stand with their run.
         for (const std::string& fault : faultWords(told.known)) {
             head.lines.push_back("fault of the sandbox that took effect: " + fault);
         }
@@ -199,30 +189,9 @@ std::vector<Section> runSections(const KelvarRun& run, const Explanation& told) 
     return sections;
 }
 
-Section materialSection(const Material& row) {
-    Section section{titleOf(row) + ": " + row.decision +
-                    (row.reason.empty() ? "" : ", " + row.reason)};
-    section.lines.push_back("target " + orUntold(row.target) + ", version " +
-                            orUntold(row.version) + ", module " + orUntold(row.module) + ", hash " +
-                            orUntold(row.md5) +
-                            (row.group && !row.group->empty() ? ", group " + *row.group : ""));
-    section.lines.push_back(row.nameFrom.empty()
-                                ? "the log does not tell which of the materials it is"
-                                : "which material it is, tells: " + row.nameFrom);
-    section.lines.insert(section.lines.end(), row.notes.begin(), row.notes.end());
-    section.titles = {"test", "left", "", "right", "verdict", "told by"};
-    for (const Test& test : row.tests) {
-        const bool isBare = test.left.empty() && test.op.empty() && test.right.empty();
-        section.rows.push_back({test.what, orUntold(test.left), test.op,
-                                isBare || !test.op.empty() ? orUntold(test.right) : test.right,
-                                test.verdict, test.from});
-    }
-    return section;
-}
-
 std::vector<Section> channelSections(const Explanation& told, std::size_t first, std::size_t end) {
     std::vector<Section> sections;
-    for (const ChannelStep& step : channelSteps(told.log, first, end)) {
+    for (const ChannelStep& step : channelSteps(told.log, told.starts, first, end)) {
         const std::string title =
             step.channel == "all" ? "All channels" : "Channel " + step.channel;
         if (sections.empty() || sections.back().title != title) {
@@ -232,19 +201,6 @@ std::vector<Section> channelSections(const Explanation& told, std::size_t first,
             {std::to_string(step.line), std::to_string(step.times), step.words, step.value});
     }
     return sections;
-}
-
-std::vector<const Material*> materialsLike(const KelvarRun& run, const std::string& text) {
-    std::vector<const Material*> found;
-    for (const std::size_t at : run.order) {
-        const Material& row = run.materials[at];
-        const bool isHash = text.size() >= 4 && row.md5.compare(0, text.size(), text) == 0;
-        if (isHash || sameText(row.name, text) || sameText(row.id, text) ||
-            sameText(row.fileId, text) || sameText(row.target, text)) {
-            found.push_back(&row);
-        }
-    }
-    return found;
 }
 
 } // namespace sandbox::report

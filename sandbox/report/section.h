@@ -27,8 +27,11 @@ Section materialSection(const Material& row);
 /// What the other channels decided in these lines.
 std::vector<Section> channelSections(const Explanation& told, std::size_t first, std::size_t end);
 
-/// The materials of that name, id, hash or its begin, file id or target.
+/// The materials of that name, id, hash or its begin, file id, target or end of a target.
 std::vector<const Material*> materialsLike(const KelvarRun& run, const std::string& text);
+
+/// "?" for a text that is not told.
+std::string orUntold(const std::string& text);
 
 /// What a material is called: its name, its id, or its hash.
 std::string titleOf(const Material& row);

@@ -1,5 +1,7 @@
 #include "sandbox/report/storyreader.h"
 
+#include <utility>
+
 #include "sandbox/report/question.h"
 
 namespace sandbox::report {
@@ -34,6 +36,10 @@ bool isNeutral(const std::string& text) {
 std::string windowOf(const std::string& text) {
     constexpr std::size_t begin = sizeof "update plugin, can restart tray, " - 1;
     return text.substr(begin, text.find(" is exist") - begin);
+}
+
+std::string openWindow(const std::string& name) {
+    return name.empty() ? "a window" : "the window \"" + name + "\"";
 }
 
 } // namespace
@@ -88,7 +94,7 @@ void StoryReader::take(const Saying& saying, const LogLine& line, Thread& thread
         finish(saying, line, thread);
         return;
     case Says::windowOpen:
-        window = windowOf(line.text);
+        thread.window = windowOf(line.text);
         return;
     default:
         break;
@@ -107,7 +113,8 @@ void StoryReader::take(const Saying& saying, const LogLine& line, Thread& thread
         fetch(saying, line);
     } else if (saying.says == Says::cannotMove) {
         in.stage = KelvarRun::Stage::move;
-        in.endWords = "nothing was moved: the window \"" + window + "\" of the client was open";
+        in.endWords = "nothing was moved: " + openWindow(std::exchange(thread.window, {})) +
+                      " of the client was open";
     } else {
         moves.see(saying, line, in);
     }
@@ -133,11 +140,14 @@ void StoryReader::converse(const Saying& saying, const LogLine& line) {
             in.questions.back().status = saying.values[1];
         }
         break;
-    case Says::noAnswer:
+    case Says::noAnswer: {
         // With an answer that was taken for one, its rows were of another number than asked.
-        in.endWords = noAnswerWords(in);
-        answerLast(in, Question::Outcome::empty);
+        const std::string unanswered = unansweredOf(line.text);
+        in.endWords = noAnswerWords(in, unanswered);
+        const bool isLast = !in.questions.empty() && in.questions.back().name == unanswered;
+        answerLast(in, isLast ? Question::Outcome::empty : Question::Outcome::answered);
         break;
+    }
     default:
         answerLast(in, Question::Outcome::answered);
         in.storage = saying.values[0];
@@ -156,6 +166,7 @@ void StoryReader::filter(const Saying& saying, KelvarRun& in) {
 void StoryReader::fetch(const Saying& saying, const LogLine& line) {
     KelvarRun& in = run(line);
     in.stage = KelvarRun::Stage::download;
+    in.cameToDownload = true;
     const bool isRow = saying.says == Says::badDownloadName || saying.says == Says::haveLocal ||
                        saying.says == Says::fetches;
     if (isRow) {
@@ -177,12 +188,16 @@ void StoryReader::fetch(const Saying& saying, const LogLine& line) {
     if (saying.says == Says::noFolder) {
         in.endWords = "the path of the host's executable is too long";
     }
-    const bool hasFailed = saying.says == Says::noUrl || saying.says == Says::cannotOpen ||
-                           saying.says == Says::transferFailed;
-    if (!hasFailed || in.materials.empty()) {
-        return;
+    if (in.materials.empty() || !in.materials.back().isListed) {
+        return; // the line with its name is not in the log
     }
     Material& row = in.materials.back();
+    row.fetchLine = saying.says == Says::transfer ? line.number : row.fetchLine;
+    const bool hasFailed = saying.says == Says::noUrl || saying.says == Says::cannotOpen ||
+                           saying.says == Says::transferFailed;
+    if (!hasFailed) {
+        return;
+    }
     row.fetch = Material::Fetch::failed;
     row.fetchError = saying.says == Says::noUrl        ? "it has no URL"
                      : saying.says == Says::cannotOpen ? "cannot open " + saying.values[0]

@@ -30,6 +30,7 @@ private:
     struct Thread {
         bool inKelvar = false; ///< its last line was of that channel
         bool atShutGate = false;
+        std::string window; ///< that was open at its last look
     };
 
     KelvarRun& run(const LogLine& line);
@@ -46,7 +47,6 @@ private:
     std::map<std::string, Thread> threads;
     bool isOpen = false;
     MoveReader moves;
-    std::string window; ///< that was open at the last look
 };
 
 } // namespace sandbox::report

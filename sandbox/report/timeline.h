@@ -34,7 +34,8 @@ struct TimelineEvent {
     Lane lane;
     std::int64_t start = 0;
     std::int64_t end = 0; ///< that of `start` for what has no length
-    bool isOpen = false;  ///< nobody tells its end; `end` is that of the log
+    bool isOpen = false;  ///< nobody tells its end; `end` is that of the log, or where the next
+                          ///< chain of its channel begins
     bool hasFailed = false;
     std::string title;
     std::size_t line = 0; ///< of the log; 0 for what others saw

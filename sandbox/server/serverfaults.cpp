@@ -5,15 +5,14 @@
 namespace sandbox {
 namespace {
 
-constexpr const char* ofClient = "drop"; // the one fault of a request that the client's side has
-
 bool isOfServer(const Fault& fault) {
-    return (fault.kind().places & placeServed) != 0 && fault.name != ofClient;
+    return (fault.kind().places & placeServed) != 0 && fault.name != dropFault;
 }
 
 } // namespace
 
 void ServerFaults::beginRun(RunFaults of) {
+    ++runs;
     run.tookEffect = std::move(of.tookEffect);
     run.faults.clear();
     for (Fault& fault : of.faults) {
@@ -27,20 +26,20 @@ void ServerFaults::beginRun(RunFaults of) {
 
 std::optional<ServerFaults::Met> ServerFaults::next(const std::string& on) {
     const std::size_t attempt = ++requests[on];
-    for (const Fault& fault : run.faults) {
+    for (std::size_t i = 0; i < run.faults.size(); ++i) {
+        const Fault& fault = run.faults[i];
         if (fault.on == on && (fault.attempt == 0 || fault.attempt == attempt)) {
-            return Met{fault, attempt};
+            return Met{fault, runs, i, attempt};
         }
     }
     return std::nullopt;
 }
 
 void ServerFaults::tookEffect(const Met& met) {
-    for (std::size_t i = 0; i < run.faults.size(); ++i) {
-        if (run.faults[i].title() == met.fault.title()) {
-            seen[i] = true;
-        }
+    if (met.run != runs) {
+        return;
     }
+    seen[met.number] = true;
     if (run.tookEffect) {
         run.tookEffect(met.fault, met.attempt);
     }

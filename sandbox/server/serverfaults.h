@@ -23,6 +23,8 @@ class ServerFaults {
 public:
     struct Met {
         Fault fault;
+        std::size_t run = 0;    ///< since the server stands
+        std::size_t number = 0; ///< of the fault in the run
         std::size_t attempt = 0;
     };
 
@@ -31,6 +33,7 @@ public:
     /// Counts a request of what is called `on`; the fault that it meets.
     std::optional<Met> next(const std::string& on);
 
+    /// A fault of an earlier run, met by a request that outlived it, is passed over.
     void tookEffect(const Met& met);
 
     /// The faults that never took effect, by their titles.
@@ -38,6 +41,7 @@ public:
 
 private:
     RunFaults run;
+    std::size_t runs = 0;
     std::vector<bool> seen; ///< of each fault
     std::map<std::string, std::size_t> requests;
 };

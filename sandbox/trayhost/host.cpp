@@ -118,9 +118,9 @@ ExitStatus Host::drive(const std::function<void()>& tick) {
 
 bool Host::isIdle() {
     const auto modules = exportsOfClientModules("sandboxIdle");
-    return watch.idle() && std::all_of(modules.begin(), modules.end(), [](void* idle) {
-               return reinterpret_cast<sandbox::Idle>(idle)();
-           });
+    return watch.idle(sandbox::lostChains()) &&
+           std::all_of(modules.begin(), modules.end(),
+                       [](void* idle) { return reinterpret_cast<sandbox::Idle>(idle)(); });
 }
 
 bool Host::settle(std::int64_t milliseconds) {

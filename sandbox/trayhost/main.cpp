@@ -7,6 +7,7 @@
 
 #include "sandbox/common/events.h"
 #include "sandbox/common/folders.h"
+#include "sandbox/faults/clientfaults.h"
 #include "sandbox/platform/filelock.h"
 #include "sandbox/platform/messagebox.h"
 #include "sandbox/platform/stopsignal.h"
@@ -86,9 +87,10 @@ ExitStatus carryOut(const Request& request) {
     }
     static Host& host = *new Host(request.host); // log lines may come to the very end
     const ExitStatus status = request.service ? driveService(host) : drivePlugin(host);
-    if (!host.settle(status == exitDone ? settleTime : settleTimeAfterFailure)) {
-        // Running threads would meet objects that a return from main destroys.
-        std::_Exit(status == exitDone ? exitStillBusy : status);
+    const bool isSettled = host.settle(status == exitDone ? settleTime : settleTimeAfterFailure);
+    if (!isSettled || sandbox::lostChains() > 0) {
+        // Threads that run or wait would meet objects that a return from main destroys.
+        std::_Exit(!isSettled && status == exitDone ? exitStillBusy : status);
     }
     return status;
 }

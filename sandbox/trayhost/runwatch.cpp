@@ -52,7 +52,7 @@ int RunWatch::endedRuns() {
     return ended;
 }
 
-bool RunWatch::idle() {
+bool RunWatch::idle(std::size_t lostChains) {
     MutexLock lock(mutex);
-    return openChains <= parkedChains + static_cast<int>(inAnswer.size());
+    return openChains <= parkedChains + static_cast<int>(inAnswer.size() + lostChains);
 }

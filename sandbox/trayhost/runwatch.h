@@ -17,9 +17,10 @@ public:
     int begunRuns();
     int endedRuns();
 
-    /// Whether every chain that a queue has started has ended or will never go on. Holds
-    /// when no module of the client calls the plug-in at the moment.
-    bool idle();
+    /// Whether every chain that a queue has started has ended or will never go on, as so many
+    /// will not whose requests were lost. Holds when no module of the client calls the plug-in
+    /// at the moment.
+    bool idle(std::size_t lostChains);
 
 private:
     Mutex mutex;

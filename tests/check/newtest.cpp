@@ -45,10 +45,14 @@ TEST(NewScenario, IsWithoutMistakesAndTellsWhatItsPartsAre) {
 TEST(NewScenario, LeavesAFileThatIsThereAlone) {
     const TemporaryFolder folder;
     folder.write("mine.json", std::string("mine"));
+    folder.write("other.json.new", std::string("somebody's"));
+    writeNewScenario(folder.onDisk("other.json"), {});
+    EXPECT_EQ(folder.read("other.json.new"), "somebody's");
     EXPECT_THROW(writeNewScenario(folder.onDisk("mine.json"), {}), std::runtime_error);
     EXPECT_EQ(folder.read("mine.json"), "mine");
-    EXPECT_THROW(writeNewScenario(folder.onDisk("other.json"), {"cabinets"}), std::runtime_error);
-    EXPECT_EQ(folder.entryCount(), 1U);
+    EXPECT_THROW(writeNewScenario(folder.onDisk("third.json"), {"cabinets"}), std::runtime_error);
+    EXPECT_THROW(writeNewScenario(folder.onDisk("no/third.json"), {}), std::runtime_error);
+    EXPECT_EQ(folder.entryCount(), 3U);
 }
 
 TEST(Scenarios, HoldNoMistakeButThoseTheyAreAbout) {

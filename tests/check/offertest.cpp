@@ -28,8 +28,9 @@ public:
         file.version = {1, 3, 0, 1600};
         image = materials::buildPeFile(file);
         put("plain", bytesOf("a plain file"));
-        put("packed", materials::buildCabinet(materials::CabMethod::mszip,
-                                              {{"notes.txt", bytesOf("notes")}, {"A.dll", image}}));
+        put("packed",
+            materials::buildCabinet(materials::CabMethod::mszip,
+                                    {{"sub\\notes.txt", bytesOf("notes")}, {"A.dll", image}}));
         answer = {{"metas",
                    {row("plain", "data/plain.dat", materials::md5Hex(bytesOf("a plain file"))),
                     row("packed", "bin/a.dll", materials::md5Hex(image))}},
@@ -101,6 +102,31 @@ void PrintTo(const Case& tested, std::ostream* out) {
 const std::string otherMd5(32, 'a');
 
 const Case cases[] = {
+    {"MetasKind", "member-kind at metas",
+     [](Offer& o) {
+         o.answer = Json::object();
+         o.answer["metas"] = 3;
+     }},
+    {"MetaKind", "member-kind at meta",
+     [](Offer& o) {
+         o.answer["metas"][1]["meta"] = "packed";
+     }},
+    {"PacketKind", "member-kind at full_packet_diff",
+     [](Offer& o) {
+         o.packet() = Json::array();
+     }},
+    {"PacketVersionKind", "member-kind at target_version",
+     [](Offer& o) {
+         o.packet()["materials"][1]["target_version"] = 1.3;
+     }},
+    {"LongName", "file-missing at file_id",
+     [](Offer& o) {
+         o.meta(0)["file_id"] = std::string(300, 'a');
+     }},
+    {"EmptyNonCab", "non-cab-wrong at non_cab",
+     [](Offer& o) {
+         o.parameters(0)["non_cab"] = "";
+     }},
     {"NoFile", "file-missing at file_id",
      [](Offer& o) {
          o.meta(0)["file_id"] = "../plain";

@@ -3,6 +3,7 @@
 
 #include "sandbox/cli/output.h"
 #include "sandbox/cli/wrapping.h"
+#include "sandbox/common/printable.h"
 
 // What people see on terminals of several kinds, and what programs get.
 
@@ -44,6 +45,31 @@ TEST(WrappingTest, LeavesTheMiddleOut) {
     EXPECT_EQ(sandbox::shortened("0123", 1, ".."), "..");
 }
 
+TEST(PrintableTest, EscapesWhatIsNoText) {
+    const struct {
+        std::string text;
+        const char* printed;
+    } cases[] = {
+        {"engine\\core.dll ~", "engine\\core.dll ~"},
+        {"\033[2J\a\x7f", "\\x1b[2J\\x07\\x7f"},
+        {"two\r\nlines\t", "two\\x0d\\x0alines\\x09"},
+        {std::string("a\0b", 3), "a\\x00b"},
+        {"gr\u00f6\u00df \u2713 \U0001f600", "gr\u00f6\u00df \u2713 \U0001f600"},
+        {"\u00a0\xc2\x85", "\u00a0\\xc2\\x85"},                // a control of two bytes
+        {"a\xff\x80z", "a\\xff\\x80z"},                        // no first byte
+        {"\xc3", "\\xc3"},                                     // cut off
+        {"\xe2\x9cz", "\\xe2\\x9cz"},                          // broken off
+        {"\xc0\xaf\xe0\x80\xaf", "\\xc0\\xaf\\xe0\\x80\\xaf"}, // longer than need be
+        {"\xed\xa0\x80", "\\xed\\xa0\\x80"},                   // half of a pair
+        {"\xf4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},          // beyond the last
+    };
+    for (const auto& row : cases) {
+        const std::string printed = sandbox::printable(row.text);
+        EXPECT_EQ(printed, row.printed);
+        EXPECT_EQ(sandbox::printable(printed), printed);
+    }
+}
+
 Terminal terminalOf(std::size_t width, bool color = false) {
     Terminal terminal;
     terminal.width = width;
@@ -83,6 +109,13 @@ void bar(Console& console) {
     console.line("built");
 }
 
+void foreign(Console& console) {
+    console.heading("\033c");
+    console.line("\033c");
+    console.row(Mark::fault, {"\xff", "\x9b"}, {4});
+    console.table({"name"}, {{"\n"}});
+}
+
 TEST(ConsoleTest, FitsItsTerminal) {
     const ConsoleCase cases[] = {
         {"a pipe", {}, marked, "  ok  core    engine\\core.dll   placed\n"},
@@ -102,6 +135,8 @@ TEST(ConsoleTest, FitsItsTerminal) {
         {"no bar in a pipe", {}, bar, "  built\n"},
         {"a bar", terminalOf(20, true), bar,
          "\r\033[K  building  \u2588\u2588\u2591\u2591\u2591\r\033[K  built\n"},
+        {"what others have written", terminalOf(80), foreign,
+         "\n\\x1bc\n  \\x1bc\n  !!  \\xff  \\x9b\n  name\n  ----\n  \\x0a\n"},
         {"colours", terminalOf(80, true), [](Console& console) { console.heading("Step"); },
          "\n\033[1mStep\033[0m\n"},
     };

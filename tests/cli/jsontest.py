@@ -1,9 +1,11 @@
 """--json of every verb: one object, whose members are those that the manual tells."""
 import json
+import os
 import re
+import subprocess
 import unittest
 
-from lab import REPOSITORY, SCENARIOS, Lab, verbs
+from lab import REPOSITORY, SCENARIOS, XSANDBOX, Lab, verbs
 
 MANUAL = REPOSITORY / "docs" / "xsandbox.md"
 EVERYWHERE = "Every verb"
@@ -78,6 +80,8 @@ class JsonTest(Lab):
 
     def reports(self):
         self.tell("run", "sandbox/scenarios/group-waiting.json", "--steps", "1", "--keep")
+        state = json.loads((self.folder / "sandbox-run" / "sandbox" / "run.json").read_text(encoding="utf-8"))
+        self.assertTrue(os.path.isabs(state["scenario"]), "the next call may come from elsewhere")
         self.tell("set", "KEY_UPDATE_UPGRADE=no JSON")
         self.assertTrue(self.tell("doctor", "sandbox-run", status=1)["inUse"])
         self.tell("explain", "--all")
@@ -89,13 +93,18 @@ class JsonTest(Lab):
         self.tell("new", "mine.json")
         self.assertEqual(self.tell("check", "mine.json")["mistakes"], [])
         (self.folder / "wrong.json").write_text("{}", encoding="utf-8")
-        self.assertTrue(self.tell("check", "wrong.json", status=1)["mistakes"])
+        told = self.tell("check", "wrong.json", "--offer", ".", status=1)
+        self.assertTrue(told["mistakes"] and told["offerFailure"])
         self.tell("faults")
 
     def fails(self):
         self.assertIn("holds no run", self.tell("show", "--folder", "none", status=2)["error"])
         self.assertEqual(self.tell("run", "--nonsense", "x.json", status=2)["verb"], "run")
         self.assertEqual(self.tell("rum", status=2)["verb"], "")
+        with open("/dev/full", "w", encoding="utf-8") as full:
+            for arguments in (["faults"], ["faults", "--json"], ["--help"]):
+                call = subprocess.run([XSANDBOX, *arguments], stdout=full, stderr=subprocess.PIPE, text=True, check=False)
+                self.assertEqual((call.returncode, call.stderr), (2, "xsandbox: standard output cannot be written\n"))
 
     def test_members_are_those_of_the_manual(self):
         self.runs()

@@ -1,5 +1,6 @@
 """xsandbox in a folder of a test's own, and the parts of its help."""
 import contextlib
+import functools
 import json
 import os
 import pathlib
@@ -8,6 +9,7 @@ import re
 import select
 import subprocess
 import tempfile
+import termios
 import unittest
 
 XSANDBOX = os.environ["XSANDBOX"]
@@ -21,6 +23,7 @@ def xsandbox(*arguments, folder=None, variables=None):
                           timeout=LIMIT, check=False, env={**os.environ, **(variables or {})})
 
 
+@functools.cache
 def help_of(*verb):
     return xsandbox(*verb, "--help").stdout
 
@@ -45,18 +48,18 @@ def options(text):
 
 def on_terminal(arguments, folder, variables, keys=b"", columns=80):
     """What a terminal of that width gets, and the exit status; the keys are pressed at once."""
-    process, terminal = pty.fork()
-    if process == 0:
-        os.chdir(folder)
-        os.environ.update(variables)
-        os.execlp("sh", "sh", "-c", f'stty cols {columns} && exec "$@"', "sh", XSANDBOX, *arguments)
-    os.write(terminal, keys)
-    text = b""
-    with contextlib.suppress(OSError):  # the end of a terminal whose last process has ended
-        while select.select([terminal], [], [], LIMIT)[0] and (part := os.read(terminal, 65536)):
-            text += part
-    os.close(terminal)
-    return text.decode(), os.waitstatus_to_exitcode(os.waitpid(process, 0)[1])
+    terminal, inside = pty.openpty()
+    termios.tcsetwinsize(inside, (25, columns))
+    with subprocess.Popen([XSANDBOX, *map(str, arguments)], cwd=folder, env={**os.environ, **variables},
+                          stdin=inside, stdout=inside, stderr=inside, start_new_session=True) as process:
+        os.close(inside)
+        os.write(terminal, keys)
+        text = b""
+        with contextlib.suppress(OSError):  # the end of a terminal whose last process has ended
+            while select.select([terminal], [], [], LIMIT)[0] and (part := os.read(terminal, 65536)):
+                text += part
+        os.close(terminal)
+        return text.decode(), process.wait(LIMIT)
 
 
 class Lab(unittest.TestCase):

@@ -1,6 +1,8 @@
 """What a run shows on a terminal and in a pipe."""
 import re
+import tempfile
 import unittest
+from concurrent.futures import ThreadPoolExecutor
 
 from lab import Lab, on_terminal
 
@@ -11,22 +13,29 @@ SCENARIO = "sandbox/scenarios/small.json"
 
 
 class TerminalTest(Lab):
-    def shown(self, *arguments, columns=80, **variables):
-        text, status = on_terminal(["run", SCENARIO, *arguments], self.folder, {**USUAL, **variables},
-                                   columns=columns)
+    def shown(self, arguments=(), variables=None, columns=80):
+        folder = tempfile.mkdtemp(dir=self.folder)
+        text, status = on_terminal(["run", SCENARIO, "--folder", folder, *arguments], self.folder,
+                                   {**USUAL, **(variables or {})}, columns=columns)
         self.assertEqual(status, 0, text)
         return text
 
+    def all_shown(self, *lists):
+        """One run a row, several at once: they wait more than they work."""
+        with ThreadPoolExecutor(4) as pool:
+            return list(pool.map(self.shown, *lists))
+
     def test_has_colours_only_where_a_person_looks(self):
-        for arguments, variables, has_color in [
+        cases = [
             ([], {}, True),
             ([], {"NO_COLOR": "1"}, False),
             ([], {"TERM": "dumb"}, False),
             (["--color", "never"], {}, False),
             (["--color", "always"], {"NO_COLOR": "1"}, True),
-        ]:
+        ]
+        texts = self.all_shown(*list(zip(*cases))[:2])
+        for (arguments, variables, has_color), text in zip(cases, texts):
             with self.subTest(arguments=arguments, variables=variables):
-                text = self.shown(*arguments, **variables)
                 self.assertEqual(ESCAPE in text, has_color)
                 self.assertEqual("\r" in text.replace("\r\n", ""), has_color)
 
@@ -39,8 +48,9 @@ class TerminalTest(Lab):
         self.assertNotIn("\r", colored)
 
     def test_fits_a_narrow_terminal(self):
-        for columns in (40, 80):
-            lines = SEQUENCE.sub("", self.shown(columns=columns)).splitlines()
+        widths = (40, 80)
+        for columns, text in zip(widths, self.all_shown([()] * 2, [None] * 2, widths)):
+            lines = SEQUENCE.sub("", text).splitlines()
             for line in (part for line in lines for part in line.split("\r")):
                 # A single word, as the name of a folder is, cannot be parted.
                 fits = len(line) <= columns or len(line.split()) <= 2

@@ -1,6 +1,8 @@
 #include "doctor/healthyclient.h"
 
 #include <gtest/gtest.h>
+#include <set>
+#include <unistd.h>
 
 #include "sandbox/doctor/registry.h"
 #include "sandbox/materials/setuppackage.h"
@@ -59,6 +61,19 @@ const Case healthy[] = {
          c.overwritten["sandbox/plugin.log"] =
              "f (src/a.cpp:1) update plugin, move task, set peeding : " +
              c.full("guard\\guard.dll") + " \n";
+     }},
+    {"LogIsPipe",
+     [](Client& c) {
+         c.putPipe("sandbox/plugin.log");
+     }},
+    {"SizeWithZeros",
+     [](Client& c) {
+         c.replaceInList("Size=\"", "Size=\"00");
+     }},
+    {"StatusOfNoState", // whose lower half is one
+     [](Client& c) {
+         c.setJson("KEY_UPDATE_UPGRADE",
+                   {{"status", 4294967298}, {"needUpgrade", true}, {"version", "1.4.0.1"}});
      }},
     {"GroupFilePadding",
      [](Client& c) {
@@ -121,6 +136,24 @@ std::map<std::string, std::string> everything(const fs::path& root) {
     return all;
 }
 
+/// While it lives, root is somebody whom the system refuses what is not to be read.
+class AsNobody {
+public:
+    AsNobody() : isRoot(geteuid() == 0) { become(65534); }
+    ~AsNobody() { become(0); }
+    AsNobody(const AsNobody&) = delete;
+    AsNobody& operator=(const AsNobody&) = delete;
+
+private:
+    void become(uid_t user) const {
+        if (isRoot && seteuid(user) != 0) {
+            ADD_FAILURE() << "root cannot become another user";
+        }
+    }
+
+    bool isRoot;
+};
+
 /// The registry of a Windows under Wine with that value in it.
 std::string registryWith(const std::string& value) {
     return "WINE REGISTRY Version 2\n\n"
@@ -172,6 +205,24 @@ TEST(Doctor, LosesNothingOnStrangeBytes) {
     client.overwritten["sandbox/run.json"] = "{\"holders\": [{\"id\": \"x\"}]}";
     client.overwritten["client/delayed-moves.journal"] = std::string("\0\xff\n\n", 4);
     client.examine(); // without an exception
+}
+
+TEST(Doctor, TellsWhatCannotBeReadAndDoesNotMissIt) {
+    HealthyClient client;
+    client.write();
+    fs::permissions(client.file("engine\\core.dll"), fs::perms::none);
+    fs::permissions(client.file("data"), fs::perms::none);
+    std::set<std::string> told;
+    {
+        const AsNobody reader;
+        for (const auto& finding :
+             sandbox::doctor::examine(sandbox::doctor::placesOf(client.root())).findings) {
+            EXPECT_EQ(finding.code, Code::unreadableFile) << finding.what;
+            told.insert(finding.file);
+        }
+    }
+    fs::permissions(client.file("data"), fs::perms::owner_all);
+    EXPECT_EQ(told, (std::set<std::string>{"data", "engine\\core.dll"}));
 }
 
 TEST(Doctor, NamesWhoHoldsAFile) {

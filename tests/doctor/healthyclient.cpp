@@ -1,5 +1,7 @@
 #include "doctor/healthyclient.h"
 
+#include <sys/stat.h>
+
 #include "sandbox/common/clientpath.h"
 #include "sandbox/materials/cabwriter.h"
 #include "sandbox/materials/pefile.h"
@@ -83,6 +85,18 @@ void HealthyClient::put(const std::string& path, const std::string& text) {
 
 void HealthyClient::remove(const std::string& path) {
     fs::remove_all(file(path));
+}
+
+void HealthyClient::putPipe(const std::string& ofRun) {
+    putFolder(ofRun);
+    fs::remove(root() / ofRun);
+    mkfifo((root() / ofRun).c_str(), 0600);
+}
+
+void HealthyClient::putFolder(const std::string& ofRun) {
+    overwritten[ofRun] = std::nullopt;
+    fs::remove(root() / ofRun);
+    fs::create_directories(root() / ofRun);
 }
 
 void HealthyClient::setJson(const std::string& key, const nlohmann::json& value) {

@@ -33,6 +33,10 @@ public:
     /// Files of the run that hold something else; nothing for one that is not there.
     std::map<std::string, std::optional<std::string>> overwritten;
 
+    /// A pipe, or a folder, in place of a file of the run.
+    void putPipe(const std::string& ofRun);
+    void putFolder(const std::string& ofRun);
+
     void setJson(const std::string& key, const nlohmann::json& value);
     void listEntry(const std::string& name, const std::string& version, const std::string& md5,
                    bool isPe, std::size_t size);

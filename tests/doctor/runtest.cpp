@@ -116,3 +116,35 @@ TEST_F(DoctorOnRun, ChecksWhatItOffers) {
     EXPECT_EQ(xsandbox({"check", (folder / "nothing").string()}).value("status", -1), 2);
     EXPECT_EQ(xsandbox({"doctor", (folder / "nothing").string()}).value("status", -1), 2);
 }
+
+TEST_F(DoctorOnRun, TellsWhatIsWrongWithACall) {
+    const std::string deep = (folder / "deep.json").string();
+    const std::size_t levels = 80000;
+    std::ofstream(deep) << "{\n\"client\": " << std::string(levels, '[') << std::string(levels, ']')
+                        << "}";
+    const std::string mine = (folder / "mine.json").string();
+    const std::string nowhere = (folder / "nowhere").string();
+    const struct {
+        std::vector<std::string> call;
+        const char* error; ///< part of it
+    } cases[] = {
+        {{"run", deep, "--folder", (folder / "run").string()}, "line 2: objects and arrays"},
+        {{"new", mine, "--with", "nonsense"}, "there are cabinet, condition"},
+        {{"new", (folder / "no" / "mine.json").string()}, "No such file or directory"},
+        {{"new", deep}, "is there already"},
+        {{"check", nowhere}, "no such scenario"},
+        {{"check", folder.string()}, "holds no materials.json"},
+        {{"check", folder.string(), "--offer", nowhere}, "--offer is for a scenario"},
+        {{"doctor", nowhere}, "is no folder"},
+        {{"doctor", ""}, "is no folder"},
+        {{"doctor", folder.string(), "--settings", nowhere}, "--settings: there is no file"},
+        {{"doctor", folder.string(), "--versions", folder.string()}, "--versions: there is no"},
+        {{"doctor", folder.string(), "--file-list", nowhere}, "--file-list: there is no file"},
+    };
+    for (const auto& [call, error] : cases) {
+        const Json told = xsandbox(call);
+        EXPECT_EQ(told.value("status", -1), 2) << call[0];
+        EXPECT_NE(told.value("error", "").find(error), std::string::npos) << told;
+    }
+    EXPECT_EQ(xsandbox({"check", deep}).at("mistakes").at(0).at("code"), "syntax");
+}

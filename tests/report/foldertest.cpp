@@ -1,18 +1,12 @@
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-
-#include "sandbox/report/explanation.h"
 #include "sandbox/report/section.h"
 #include "sandbox/report/timeline.h"
+#include "tests/report/runfolder.h"
 
 // A run's folder beside its log: what it adds, and that nothing in it does harm.
 
 namespace {
 
-using namespace sandbox::report;
-namespace fs = std::filesystem;
+using namespace runfolder;
 
 constexpr const char* oneRun =
     "2026-11-21 12:00:00.000 [2] [1] T::f (a.cpp:1) update plugin, kelvar, task fetch, check ... \n"
@@ -29,43 +23,8 @@ constexpr const char* oneRun =
     "2026-11-21 12:00:00.600 [2] [2] T::f (a.cpp:1) update plugin, queue, task finished, succ: 1 "
     "\n";
 
-/// 2026-11-21 12:00:00 UTC; the log's clock is an hour ahead of it.
-constexpr std::int64_t noon = 1795262400000;
-constexpr std::int64_t hour = 3600000;
-
-std::string at(std::int64_t milliseconds) {
-    return "\"at\":" + std::to_string(noon - hour + milliseconds);
-}
-
-class FolderTest : public testing::Test {
-protected:
-    void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "xreport-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        root = pattern;
-        fs::create_directories(root / "sandbox");
-        put("sandbox/plugin.log", oneRun);
-    }
-    void TearDown() override { fs::remove_all(root); }
-
-    void put(const std::string& file, const std::string& text) const {
-        fs::create_directories((root / file).parent_path());
-        std::ofstream(root / file) << text;
-    }
-
-    /// An event at the log's first line, so that both clocks can be laid beside each other.
-    void putEvents(const std::string& events) const {
-        put("sandbox/events.jsonl",
-            R"({"kind":"log","text":"update plugin, kelvar, task fetch, check ... ",)" + at(2) +
-                "}\n" + events);
-    }
-
-    Explanation explained() const { return explainFolder(sandbox::Folders(root)); }
-
-    fs::path root;
-};
-
 TEST_F(FolderTest, LaysObservationsBesideTheLog) {
+    put("sandbox/plugin.log", oneRun);
     putEvents(
         R"({"kind":"process","file":"a.exe","parameters":"--x","started":true,)" + at(500) + "}\n" +
         R"({"kind":"version","path":"update\\version.dat","value":"1.3",)" + at(550) + "}\n" +
@@ -96,6 +55,7 @@ TEST_F(FolderTest, LaysObservationsBesideTheLog) {
 }
 
 TEST_F(FolderTest, TakesConditionsFromTheScenario) {
+    put("sandbox/plugin.log", oneRun);
     put("scenario.json", R"json({
         "title": "t",
         "client": {"version": "1.5", "files": [{"path": "bin\\core.dll", "version": "1.0"}]},
@@ -147,6 +107,7 @@ TEST_F(FolderTest, IsNotHarmedByWhatItHolds) {
         {"sandbox/plugin.log", ""},
     };
     for (const auto& row : rows) {
+        put("sandbox/plugin.log", oneRun);
         put("scenario.json", "{}");
         put("sandbox/run.json", R"({"scenario":")" + (root / "scenario.json").string() + "\"}");
         put(row.file, row.content);

@@ -60,6 +60,8 @@ TEST(ConditionTest, KeepsWhatAClientKeeps) {
         {R"(%v% >= "1.0")", "0.1", 0, true},
         {R"(%v%=="1.0"&&%v%<="2.0")", "1.7", 1, true}, // the later one of a side counts
         {R"(%v%>="1.0&&%v%<"2.0")", "0.5", 1, true},
+        {R"(%v%=="")", "1.0", 0, true}, // nothing but empty bounds is no condition
+        {R"(%v%>="0.5"&&%v%=="")", "1.0", 2, false},
         {"", "1.0", 0, true},
     };
     for (const auto& row : rows) {
@@ -119,7 +121,7 @@ TEST(LogReferenceTest, HasNoLineThatIsUnknownHere) {
             return text.compare(0, line.size(), line) == 0;
         };
         const bool isKnown = sayingOf(text) ||
-                             !channelSteps(readLog(text + " \n"), 0, 10).empty() ||
+                             !channelSteps(readLog(text + " \n"), {}, 0, 10).empty() ||
                              std::any_of(std::begin(passedOver), std::end(passedOver), isIt);
         EXPECT_TRUE(isKnown) << text;
         ++lines;
@@ -137,11 +139,13 @@ TEST(ChannelTest, FoldsWhatComesOnEachTick) {
     text += "[2] [7] update plugin, statistic, check update ...  \n"
             "[2] [7] update plugin, pkg, check update ... \n";
     std::string steps;
-    for (const ChannelStep& step : channelSteps(readLog(text), 0, 1000)) {
+    for (const ChannelStep& step : channelSteps(readLog(text), {}, 0, 1000)) {
         steps += step.channel + " " + step.words + " " + std::to_string(step.times) + "\n";
     }
-    EXPECT_EQ(steps, "package not yet: the time gate was shut 3\n"
-                     "statistic not yet: the time gate was shut 3\nstatistic reported 1\n");
+    EXPECT_EQ(
+        steps,
+        "package not yet: the time gate was shut 3\n"
+        "statistic not yet: the time gate was shut 3\nstatistic a report was handed over 1\n");
 }
 
 constexpr const char* timedLog =
@@ -173,6 +177,29 @@ TEST(TimelineTest, MakesBarsOfALogAlone) {
                     "request GetPacketMeta, Delivery thread: 10 ms\n"
                     "transfer <&>, Delivery thread: 100 ms failed\n"
                     "move f, Delivery thread: 50 ms\n");
+}
+
+// The answer that the first process still waited for is not that of the next one.
+TEST(TimelineTest, LeavesOpenWhatAProcessDidNotSeeTheEndOf) {
+    const std::string log =
+        "10:00:00.000 [2] [1] update plugin, kelvar, task fetch, check ...\n"
+        "10:00:00.010 [2] [1] update plugin, kelvar http, request: http://p/A , data: {}\n"
+        "10:00:00.020 [2] [4] update plugin, file, task check, request: {}\n"
+        "10:05:00.000 [2] [2] update plugin, kelvar, task fetch, check ...\n"
+        "10:05:00.010 [2] [2] update plugin, kelvar http, request: http://p/A , data: {}\n"
+        "10:05:00.040 [2] [3] update plugin, kelvar http, request: http://p/B , data: {}\n"
+        "10:05:00.050 [2] [3] update plugin, kelvar, task download, check ... \n"
+        "10:05:00.060 [2] [3] update plugin, download task, url: http://s/f\n"
+        "10:09:00.000 [2] [2] update plugin, kelvar, task fetch, check ...\n"
+        "10:09:00.100 [2] [3] update plugin, kelvar http, request: http://p/A , data: {}\n";
+    std::string bars;
+    for (const TimelineEvent& event : timelineOf(explainText(log)).events) {
+        bars += event.isBar() ? event.title + (event.isOpen ? " open " : " ") +
+                                    std::to_string(event.duration()) + "\n"
+                              : "";
+    }
+    EXPECT_EQ(bars, "A open 299990\ncheck of the data files open 540080\nA 30\nB 10\n"
+                    "f open 239940\nA open 0\n");
 }
 
 TEST(TimelineTest, RefusesALogWithoutTimes) {

@@ -1,179 +1,12 @@
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-#include <sstream>
+#include <algorithm>
 
-#include "sandbox/platform/childprocess.h"
-#include "sandbox/report/explanation.h"
+#include "tests/report/wholerun.h"
 
-// Whole runs: what explain says against what the scenario's author wrote down beforehand.
+// The verbs explain and timeline, on finished runs and on logs.
 
 namespace {
 
-namespace fs = std::filesystem;
-using Json = nlohmann::json;
-
-/// The Windows build whose client is to run, under Wine; not there for a native one.
-const char* const windowsBuild = std::getenv("XSANDBOX_WINDOWS");
-/// A folder with a finished run of five-channels.json.
-const char* const demoRun = std::getenv("REPORT_DEMO");
-
-Json readJson(const fs::path& file) {
-    std::ifstream stream(file);
-    return Json::parse(stream);
-}
-
-/// xsandbox with a folder of the test's own.
-class ReportTest : public testing::Test {
-protected:
-    void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "xreport-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder = pattern;
-        run = folder / "run";
-    }
-    void TearDown() override {
-        if (!HasFailure()) {
-            fs::remove_all(folder);
-        }
-    }
-
-    int xsandbox(const std::vector<std::string>& arguments) {
-        const fs::path output = folder / "output.txt";
-        auto child = sandbox::ChildProcess::start(XSANDBOX, arguments, folder, output);
-        const int exit = child ? child->wait() : -1;
-        std::ostringstream text;
-        text << std::ifstream(output).rdbuf();
-        said = text.str();
-        return exit;
-    }
-
-    /// Plays a scenario in the test's folder.
-    void play(const Json& scenario) {
-        std::ofstream(folder / "scenario.json") << scenario.dump(2);
-        std::vector<std::string> call{"run", (folder / "scenario.json").string(), "--folder",
-                                      run.string()};
-        if (windowsBuild != nullptr) {
-            call.insert(call.end(), {"--windows", "--binaries", windowsBuild});
-        }
-        ASSERT_LT(xsandbox(call), 2) << said;
-    }
-
-    Json explained() {
-        EXPECT_EQ(xsandbox({"explain", "--folder", run.string(), "--all", "--json"}), 0) << said;
-        return Json::parse(said, nullptr, false);
-    }
-
-    fs::path folder;
-    fs::path run;
-    std::string said;
-};
-
-/// "placed" or "refused: already up to date", of one material.
-std::string wordsOf(const std::string& decision, const Json& reason) {
-    return decision + (reason.is_string() ? ": " + reason.get<std::string>() : "");
-}
-
-/// What the scenario expects of each material of a step.
-std::map<std::string, std::string> expectedOf(const Json& scenario, const Json& phase) {
-    std::map<std::string, std::string> expected;
-    const Json materials = phase.at("expect").value("materials", Json::object());
-    const auto take = [&](const std::string& name, const Json& goal) {
-        expected[name] = wordsOf(goal.at(0), goal.size() > 2 ? goal[2] : Json());
-    };
-    for (const Json& material : scenario.at("platform").value("materials", Json::array())) {
-        const std::string name = material.at("name");
-        if (materials.contains(name) || materials.contains("*")) {
-            take(name, materials.contains(name) ? materials[name] : materials["*"]);
-        }
-    }
-    return expected;
-}
-
-void expectAsWritten(const Json& scenario, const Json& told) {
-    std::size_t next = 0;
-    for (const Json& phase : scenario.at("phases")) {
-        if (phase.at("do") != "run") {
-            continue;
-        }
-        ASSERT_LT(next, told.at("runs").size());
-        std::map<std::string, std::string> found;
-        for (const Json& row : told["runs"][next].at("materials")) {
-            found[row.at("name")] = wordsOf(row.at("decision"), row.at("reason"));
-        }
-        for (const auto& [name, words] : expectedOf(scenario, phase)) {
-            const auto row = found.find(name);
-            EXPECT_EQ(row == found.end() ? "left" : row->second, words)
-                << name << " in run " << next + 1;
-        }
-        ++next;
-    }
-    EXPECT_EQ(next, told["runs"].size());
-}
-
-/// By run and hash, in order: what the log says of each material.
-std::map<std::string, std::vector<std::string>> decisionsOf(const std::string& log) {
-    std::map<std::string, std::vector<std::string>> decisions;
-    for (const sandbox::report::KelvarRun& run : sandbox::report::explainText(log).runs) {
-        for (const sandbox::report::Material& row : run.materials) {
-            decisions[std::to_string(run.number) + " " + row.md5].push_back(row.decision);
-        }
-    }
-    return decisions;
-}
-
-/// What a poorer log says of a material is the same, or that it does not tell.
-void expectNoContradiction(const std::string& whole, const std::string& poorer,
-                           const std::string& what) {
-    const auto told = decisionsOf(whole);
-    for (const auto& [key, decisions] : decisionsOf(poorer)) {
-        const auto same = told.find(key);
-        for (std::size_t i = 0; same != told.end() && i < decisions.size(); ++i) {
-            const bool agrees = decisions[i] == "untold" || i >= same->second.size() ||
-                                decisions[i] == same->second[i];
-            EXPECT_TRUE(agrees) << what << ", " << key << ": " << decisions[i] << " in place of "
-                                << same->second[i];
-        }
-    }
-}
-
-class WrittenTest : public ReportTest, public testing::WithParamInterface<const char*> {};
-
-TEST_P(WrittenTest, IsExplainedAsItsAuthorExpects) {
-    const Json scenario = readJson(fs::path(SCENARIOS) / (std::string(GetParam()) + ".json"));
-    play(scenario);
-    expectAsWritten(scenario, explained());
-    std::ostringstream log;
-    log << std::ifstream(run / "sandbox" / "plugin.log").rdbuf();
-    const std::string whole = log.str();
-    std::string bare;
-    for (std::size_t at = 0; at < whole.size();) {
-        const std::size_t end = whole.find('\n', at) + 1;
-        const std::string line = whole.substr(at, end - at);
-        if (line.find("kelvar, task move") != line.npos || line.find("move task") != line.npos) {
-            expectNoContradiction(whole, whole.substr(0, end),
-                                  "cut behind byte " + std::to_string(end));
-        }
-        const std::size_t text = whole.find("update", whole.find(") ", at));
-        bare += whole.substr(text, end - text);
-        at = end;
-    }
-    expectNoContradiction(whole, bare, "without times and threads");
-}
-
-std::string nameOf(const testing::TestParamInfo<const char*>& row) {
-    std::string name = row.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Report, WrittenTest,
-                         testing::Values("small", "group-waiting", "group-refused", "hostile",
-                                         "broken-transfer", "rollback", "half-failed", "cabinets",
-                                         "ten-versions-behind"),
-                         nameOf);
+using namespace wholerun;
 
 TEST_F(ReportTest, ExplainsEachMaterialOfTheDemo) {
     ASSERT_NE(demoRun, nullptr);
@@ -245,7 +78,10 @@ TEST_F(ReportTest, ReadsALogOnItsOwn) {
         {{"explain", "--log", log, "m08"}, 0, "which material it is, tells: the file's name"},
         {{"explain", "--log", bare}, 0, "the log does not tell how it ended"},
         {{"explain", "--log", bare, "--run", "9"}, 2, "the log has no run 9; it has 1"},
+        {{"explain", "--log", bare, "--run", "0"}, 2, "not \"0\""},
+        {{"explain", "--log", bare, "--run", "-1"}, 2, "not \"-1\""},
         {{"explain", "--log", "none.log"}, 2, "none.log: no such log"},
+        {{"explain", "--log", demoRun}, 2, "a folder, not a log; --folder reads"},
         {{"explain", "--folder", "none"}, 2, "holds no log of a run"},
         {{"timeline", "--log", log}, 0, "GetUpgradePacket"},
         {{"timeline", "--log", log, "--html", "none/page.html"}, 2, "cannot write none/page.html"},

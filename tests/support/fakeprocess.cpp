@@ -74,6 +74,10 @@ void addModule(const std::wstring& name, Exports exports, Presence presence) {
     Locked()->modules[name] = {std::move(exports), presence == Presence::loaded, 0};
 }
 
+void addExport(const std::wstring& module, const std::string& name, void* address) {
+    Locked()->modules.at(module).exports[name] = address;
+}
+
 void remove(const std::wstring& module, const std::string& name) {
     const Locked process;
     if (name.empty()) {

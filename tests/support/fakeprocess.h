@@ -30,6 +30,9 @@ enum class Presence { loaded, loadable };
 /// Puts a module there: in the process already, or to be had by a load.
 void addModule(const std::wstring& name, Exports exports, Presence presence);
 
+/// Gives a module that is there an export, or another one in its place.
+void addExport(const std::wstring& module, const std::string& name, void* address);
+
 /// Takes an export away, or a whole module.
 void remove(const std::wstring& module, const std::string& name = "");
 

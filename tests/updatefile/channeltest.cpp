@@ -62,6 +62,22 @@ TEST_F(FileChannel, OneSuccessEndsTheChannelAndIsRemembered) {
                            R"({"fileType":1000,"fileVersion":"5"},)"
                            R"({"fileType":1001,"fileVersion":"0.0.0.0"}],"osName":"windows",)"
                            R"("osVersion":"10.0.19045.0","phone":"13800000000"})");
+    EXPECT_TRUE(host.logged("13800000000")) << "the body is logged";
+    EXPECT_FALSE(host.logged("token-1")) << "the token is not";
+}
+
+TEST_F(FileChannel, PlacesWhatComesFromTheServersAddressOrTheStoredOne) {
+    host.settings.put(settingkeys::fileList, R"({"list":[{"fileType":1001,"fileURL":"u/kept"}]})");
+    host.answers["check"].body =
+        R"({"data":{"list":[{"fileType":1000,"fileURL":"u/0","fileMD5":"00"}]}})";
+    storage["u/0"].body = "an error page";
+    storage["u/kept"].body = "from elsewhere";
+    EXPECT_TRUE(succeeds());
+    EXPECT_EQ(host.bytesOf("patchlib0.dat"), "an error page") << "no test behind the transfer";
+    EXPECT_EQ(host.bytesOf("patchlib1.dat"), "from elsewhere") << "the server named no other";
+    storage["u/0"].body = "right";
+    EXPECT_TRUE(succeeds());
+    EXPECT_EQ(host.bytesOf("patchlib0.dat"), "right") << "the next run looks at the MD5";
 }
 
 TEST_F(FileChannel, ADamagedStoredListCountsAsEmpty) {

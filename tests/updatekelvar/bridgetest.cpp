@@ -222,6 +222,12 @@ TEST(BridgeReads, NestingUpTo999Levels) {
     };
     EXPECT_TRUE(reads(999));
     EXPECT_FALSE(reads(1000));
+    std::string siblings = R"({"unknown":[{})";
+    for (int i = 0; i < 1000; ++i) {
+        siblings += ",[],{}";
+    }
+    bridgetest::One one;
+    EXPECT_TRUE(XPbJson().fromJsonString(siblings + "]}", &one, false));
 }
 
 } // namespace

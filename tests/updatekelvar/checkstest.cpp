@@ -13,6 +13,8 @@ const std::tuple<std::string, const char*, bool> expressions[] = {
     {R"(%appver%>"1.0")", "1.0.0", true}, // more parts are greater
     {R"(%appver%<="1.0")", "1.0", true},
     {R"(%appver%<="1.0")", "1.0.0", false},
+    {R"(%appver%<="1.0")", "0.9", true},
+    {R"(%appver%=="1.0")", "0.9", false},
     {R"(%appver%=="1.0")", "1.0", true},
     {R"(%appver%=="1.0")", "1.0.0", false},
     {R"(%appver%>="1.0.0.1"&&%appver%<"2.0.0.0")", "1.5.0.0", true},
@@ -30,6 +32,11 @@ const std::tuple<std::string, const char*, bool> expressions[] = {
     {R"(%appver%>="9.0&&%appver%<"2.0")", "1.0", true},
     {R"(%appver%>="9.0&&%appver%<"2.0")", "3.0", false},
     {R"(&&%appver%<"2.0"&&)", "3.0", false},
+    {R"(%appver%>"0.1"&&%appver%>="9.0&&%appver%<"2.0")", "1.0", true},
+    {R"(%osver%>="9.0")", "1.0", true},
+    // what stands behind a version is passed over, and an empty version takes the bound away
+    {R"(%appver%=="1.0".5)", "1.0", true},
+    {R"(%appver%<"2.0"&&%appver%<"")", "3.0", true},
     // a version that is not there reads as one part of value 0
     {R"(%appver%>="0")", "", true},
     {R"(%appver%>="0.0")", "", false},

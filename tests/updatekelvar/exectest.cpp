@@ -36,13 +36,19 @@ TEST(ExecMgr, StartsEachOnceAndTheProtectionProgramLast) {
     EXPECT_EQ(manager.addExec({}), -1);
     EXPECT_EQ(manager.addExec({{"ORVPROTECT.EXE", {"p"}}, {"Z.exe", {"1", "2"}}}), 0);
     EXPECT_EQ(manager.addExec({{"z.EXE", {"2", "3"}}, {"\xC3\xA4.exe", {"\xC3\xB6"}}}), 0);
+    EXPECT_EQ(manager.addExec({{"\\\\srv\\any\\where.exe", {"/c"}}}), 0)
+        << "the platform's word counts";
     EXPECT_EQ(manager.execAll(), 0);
     const std::vector<std::pair<std::wstring, std::wstring>> expected = {
-        {L"z.exe", L"1"},           {L"z.exe", L"2"},          {L"z.exe", L"3"},
-        {L"\u00e4.exe", L"\u00f6"}, {L"orvprotect.exe", L"p"},
+        {L"\\\\srv\\any\\where.exe", L"/c"},
+        {L"z.exe", L"1"},
+        {L"z.exe", L"2"},
+        {L"z.exe", L"3"},
+        {L"\u00e4.exe", L"\u00f6"},
+        {L"orvprotect.exe", L"p"},
     };
     EXPECT_EQ(host.startedPrograms, expected);
-    EXPECT_EQ(host.lineWith("exec:").text, "update plugin, kelvar, exec: z.exe , params: 1 ");
+    EXPECT_EQ(host.lineWith("exec: z").text, "update plugin, kelvar, exec: z.exe , params: 1 ");
 }
 
 } // namespace

@@ -225,6 +225,18 @@ TEST_F(FetchTask, KeepsTheRowsThatThisMachineWantsAndKnowsTheServicePack) {
     EXPECT_EQ(received->virusLibVersion, "");
 }
 
+/// The newer file beside the client would drop the row, were it looked at.
+TEST_F(FetchTask, LooksAtNoFileOutsideTheClient) {
+    fake::setExecutable(host.clientPath("client\\trayhost.exe"));
+    host.has("client\\inside.dat", "x");
+    host.has("beside.dat", "x");
+    for (const char* path : {"inside.dat", "..\\beside.dat"}) {
+        host.versions.entries[path] = "9.0.0.0";
+    }
+    offers({R"("file_path":"inside.dat")", R"("file_path":"../beside.dat")"});
+    EXPECT_EQ(wanted(), "1");
+}
+
 /// The queue drops the chain as soon as `finish` has run, while the delivery thread is
 /// still on its way out of the last step.
 TEST_F(FetchTask, LivesOnTheDeliveryThreadUntilFinish) {

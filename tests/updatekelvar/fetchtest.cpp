@@ -61,6 +61,9 @@ TEST_F(KelvarFetch, MaterialRow) {
     EXPECT_EQ(bare.extends.size(), 8U); // made by being looked for
     EXPECT_FALSE(bare.checkSys || bare.checkApp || bare.exec || bare.nonCab);
     EXPECT_EQ(bare.createTime, 5);
+
+    host.has("test_update_kelvar.ini", "[Kelvar]\ntest_param=1\n");
+    EXPECT_EQ(row(R"({"file_id":"f"})").downloadUrl, "http://test//f");
 }
 
 TEST_F(KelvarFetch, RowsOnlyForAnAnswerToEveryKey) {

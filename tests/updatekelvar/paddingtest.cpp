@@ -36,13 +36,16 @@ TEST_F(PaddingTest, NothingMovedTouchesNothing) {
 }
 
 TEST_F(PaddingTest, EntriesWhoseFileIsGoneEndAndOthersGoOnWaiting) {
-    host.has("update\\x", "waits");
-    stored(R"({"a":"x","b":"gone"})");
+    for (const char* file : {"update\\x", "update\\y", "update\\z"}) {
+        host.has(file, "waits");
+    }
+    stored(R"({"a":"x","b":"gone","c":"z","d":"y"})");
     offer("c", "placed");
     run();
     EXPECT_TRUE(host.logged("invalid padding, remove: b "));
-    EXPECT_EQ(stored(), R"({"a":"x"})");
+    EXPECT_EQ(stored(), R"({"a":"x","d":"y"})");
     EXPECT_TRUE(host.exists("update\\x"));
+    EXPECT_FALSE(host.exists("update\\z")) << "overtaken";
 }
 
 TEST_F(PaddingTest, AnOvertakenEntryLosesItsFileUnlessThatIsInUse) {
@@ -113,11 +116,11 @@ TEST_F(PaddingTest, TargetsScheduledInAFailedGroupMeetOlderEntries) {
 TEST_F(PaddingTest, AStoredNameThatLeadsOutLosesItsEntryAndNoFile) {
     host.has("precious.txt", "kept");
     host.has("update\\x", "waits");
-    stored(R"({"a":"..\\precious.txt","b":"","c":"\\x"})");
+    stored(R"({"a":"..\\precious.txt","b":"","c":"\\x","d":"..\\precious.txt"})");
     offer("a", "placed");
     run();
     EXPECT_TRUE(host.exists("precious.txt"));
-    EXPECT_EQ(host.count("update padding, bad name, remove:"), 2U);
+    EXPECT_EQ(host.count("update padding, bad name, remove:"), 3U);
     EXPECT_EQ(stored(), R"({"c":"\\x"})");
 }
 

@@ -101,8 +101,11 @@ TEST(FileVersionTest, TakesTheResourceElseTheStore) {
     bool untouched = true;
     EXPECT_EQ(utils::getFileVersion(nullptr, &untouched), "");
     EXPECT_TRUE(untouched);
+    EXPECT_TRUE(utils::setDataFileVersion("data\\a.dat", "5.7"));
     host.without(L"xnbase.dll");
     EXPECT_EQ(utils::getFileVersion("data\\a.dat", &untouched), "");
+    EXPECT_FALSE(untouched);
+    EXPECT_FALSE(utils::setDataFileVersion("data\\a.dat", "5.8"));
 }
 
 TEST(ClientTest, ChannelTypeByMarkerModuleThenBySecurityModule) {

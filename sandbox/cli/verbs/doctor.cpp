@@ -1,6 +1,7 @@
 #include "sandbox/cli/verbs/doctor.h"
 
 #include <CLI/CLI.hpp>
+#include <optional>
 
 #include "sandbox/doctor/doctor.h"
 
@@ -14,21 +15,29 @@ using doctor::Severity;
 
 struct DoctorOptions {
     std::string folder;
-    std::string fileList;
-    std::string settings;
-    std::string versions;
+    std::optional<std::string> fileList;
+    std::optional<std::string> settings;
+    std::optional<std::string> versions;
 };
+
+/// A store that is not there counts as one that was never written, so a slip in its name would.
+void takeFile(const char* option, const std::optional<std::string>& told,
+              std::filesystem::path& place) {
+    if (!told) {
+        return;
+    }
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(*told, error)) {
+        throw std::runtime_error(std::string(option) + ": there is no file \"" + *told + "\"");
+    }
+    place = *told;
+}
 
 doctor::Places placesToldBy(const DoctorOptions& options) {
     doctor::Places places = doctor::placesOf(options.folder);
-    const auto take = [](const std::string& told, std::filesystem::path& place) {
-        if (!told.empty()) {
-            place = told;
-        }
-    };
-    take(options.fileList, places.fileList);
-    take(options.settings, places.settings);
-    take(options.versions, places.versions);
+    takeFile("--file-list", options.fileList, places.fileList);
+    takeFile("--settings", options.settings, places.settings);
+    takeFile("--versions", options.versions, places.versions);
     return places;
 }
 

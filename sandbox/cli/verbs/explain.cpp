@@ -1,10 +1,12 @@
 #include "sandbox/cli/verbs/explain.h"
 
 #include <CLI/CLI.hpp>
+#include <cstdint>
 #include <limits>
 #include <stdexcept>
 
 #include "sandbox/cli/verbs/logsource.h"
+#include "sandbox/cli/verbs/number.h"
 #include "sandbox/report/explanationjson.h"
 #include "sandbox/report/section.h"
 
@@ -85,8 +87,7 @@ void explainForPeople(const Explanation& told, const std::vector<const KelvarRun
             }
         }
         if (options.material.empty()) {
-            print(report::channelSections(told, told.firstLineOf(*run), told.endLineOf(*run)),
-                  console);
+            print(report::channelSections(told, run->toldFrom, run->toldTo), console);
         }
     }
     if (told.runs.empty()) {
@@ -141,8 +142,9 @@ Verb addExplain(CLI::App& app) {
     addLogSource(command, options->source);
     command->add_option("material,--material", options->material,
                         "Only this material: its name, id, target, or the begin of its hash");
-    command->add_option("--run", options->run, "The N-th run of the log in place of the last")
-        ->type_name("N");
+    takeNumber(
+        command->add_option("--run", options->run, "The N-th run of the log in place of the last"),
+        1, std::numeric_limits<std::uint32_t>::max());
     command->add_flag("--all", options->all, "All runs of the log");
     command->add_flag("--overview", options->overview, "One line a material, without its tests");
     endHelp(command, {{"explain --folder build/demo --run 1 --overview",

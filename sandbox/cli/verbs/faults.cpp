@@ -40,6 +40,10 @@ Json jsonOf(const FaultKind& kind) {
         if (*parameter.byDefault != '\0') {
             one["default"] = Json::parse(parameter.byDefault);
         }
+        if (parameter.kind == ParameterKind::number) {
+            one["least"] = parameter.range.least;
+            one["most"] = parameter.range.most;
+        }
         parameters.push_back(std::move(one));
     }
     return {{"fault", kind.name},
@@ -55,8 +59,10 @@ void show(const FaultKind& kind, Console& console) {
     console.line("  on         " + placeWords(kind.places));
     for (const Parameter& parameter : kind.parameters) {
         const std::string ending = defaultWords(parameter);
-        console.line(std::string("  ") + parameter.name + ", " + wordOf(parameter.kind) + ": " +
-                     parameter.meaning + (ending.empty() ? "" : " (" + ending + ")"));
+        const std::string range =
+            parameter.kind == ParameterKind::number ? " of " + rangeWords(parameter.range) : "";
+        console.line(std::string("  ") + parameter.name + ", " + wordOf(parameter.kind) + range +
+                     ": " + parameter.meaning + (ending.empty() ? "" : " (" + ending + ")"));
     }
     console.line(std::string("  example    ") + kind.example);
 }

@@ -20,14 +20,6 @@ int writeNew(const NewOptions& options, Output& output) {
     return exitAsExpected;
 }
 
-std::string namesOfParts() {
-    std::string names;
-    for (const std::string& name : check::newParts()) {
-        names += (names.empty() ? "" : ", ") + name;
-    }
-    return names;
-}
-
 } // namespace
 
 Verb addNew(CLI::App& app) {
@@ -37,7 +29,7 @@ Verb addNew(CLI::App& app) {
     command->add_option("file", options->file, "The new file; one that is there is left alone")
         ->required()
         ->type_name("FILE");
-    command->add_option("--with", options->parts, "Further parts: " + namesOfParts())
+    command->add_option("--with", options->parts, "Further parts: " + check::namesOfNewParts())
         ->delimiter(',')
         ->type_name("PART,...");
     endHelp(command,

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "sandbox/cli/layout.h"
 #include "sandbox/cli/restart.h"
 #include "sandbox/cli/verbs/runfolder.h"
 
@@ -10,6 +11,7 @@ namespace {
 
 int restartRun(const std::string& folder, Output& output) {
     const auto system = existingSystem(folder);
+    refuseHosted(system->folders());
     const MachineRestart restart = restartMachine(*system, output.console());
     system->shutDown();
     output.result({{"folder", system->folders().root().string()}});

@@ -1,15 +1,17 @@
 #include "sandbox/cli/verbs/run.h"
 
 #include <CLI/CLI.hpp>
-#include <limits>
 
+#include "sandbox/cli/verbs/number.h"
 #include "sandbox/cli/verbs/scenariooptions.h"
 
 namespace sandbox {
 namespace {
 
+constexpr std::uint32_t mostSteps = 1'000'000; // of a scenario, far beyond any
+
 struct RunOptions : ScenarioOptions {
-    std::size_t steps = std::numeric_limits<std::size_t>::max();
+    std::size_t steps = mostSteps;
     bool keep = false;
 };
 
@@ -37,12 +39,13 @@ Verb addRun(CLI::App& app) {
                "compare what stands with what the scenario expects");
     const auto options = std::make_shared<RunOptions>();
     addScenario(command, *options);
-    command->add_option("--steps", options->steps, "Stop after so many steps of the scenario")
-        ->type_name("N");
+    takeNumber(
+        command->add_option("--steps", options->steps, "Stop after so many steps of the scenario"),
+        0, mostSteps);
     command->add_flag("--keep", options->keep,
                       "Leave programs that keep files in use, and the Windows of the run, "
                       "running at the end");
-    endHelp(command, {{"run sandbox/scenarios/five-channels.json"},
+    endHelp(command, {{"run sandbox/scenarios/small.json"},
                       "every step ended as the scenario expects",
                       "a step ended differently; the steps after it are left out"});
     return {command, [options](Output& output) {

@@ -6,16 +6,19 @@
 #include "sandbox/cli/ui.h"
 #include "sandbox/cli/uicommands.h"
 #include "sandbox/cli/upgraderecord.h"
+#include "sandbox/cli/verbs/number.h"
 #include "sandbox/cli/verbs/runfolder.h"
 #include "sandbox/platform/stopsignal.h"
 
 namespace sandbox {
 namespace {
 
+constexpr std::uint32_t mostSeconds = 86'400;
+
 struct UiOptions {
     std::string folder = usualFolder;
     std::vector<std::string> words;
-    int limit = 60;
+    std::uint32_t limit = 60;
 };
 
 int doAll(const Folders& folders, const UiOptions& options, Output& output) {
@@ -58,11 +61,12 @@ Verb addUi(CLI::App& app) {
                      "Words to be done in turn in place of keys, each until its answer has come")
         ->delimiter(',')
         ->type_name("WORD,...");
-    command
-        ->add_option("--limit", options->limit,
-                     "Seconds for the host, and for each answer once its command has arrived")
-        ->type_name("N")
-        ->capture_default_str();
+    takeNumber(command
+                   ->add_option("--limit", options->limit,
+                                "Seconds for the host, and for each answer once its command has "
+                                "arrived")
+                   ->capture_default_str(),
+               0, mostSeconds);
     endHelp(command, {{"ui", "ui --do check,download,install"},
                       "the user has quit, or every word was answered as a user hopes",
                       "an answer did not come in time, or is not what a user hopes for",

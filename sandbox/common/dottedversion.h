@@ -11,6 +11,9 @@ bool isDottedVersion(const std::string& version);
 /// The number of parts; an empty text has one.
 std::size_t partsOf(const std::string& version);
 
+/// Whether a version resource can hold it: four parts, each of 16 bits.
+bool isImageVersion(const std::string& version);
+
 /// Below, at or above 0 as `a` is older than, the same as or newer than `b`. A part that is no
 /// number is 0; of two with the same common parts the longer one is the newer.
 int compareVersions(const std::string& a, const std::string& b);

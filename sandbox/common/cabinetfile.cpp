@@ -1,42 +1,14 @@
-#include "sandbox/doctor/cabinetfile.h"
+#include "sandbox/common/cabinetfile.h"
 
-#include <cstdlib>
 #include <fstream>
 
 #include "platform/cabinet.h"
 #include "sandbox/common/clientpath.h"
+#include "sandbox/platform/workfolder.h"
 
 namespace sandbox {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-/// A folder of its own for what is expanded.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string pattern = (fs::temp_directory_path() / "xsandbox-check-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) != nullptr) {
-            folder = pattern;
-        }
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        if (!folder.empty()) {
-            fs::remove_all(folder, ignored);
-        }
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const fs::path& path() const { return folder; }
-
-private:
-    fs::path folder;
-};
-
-} // namespace
 
 bool isCabinetFile(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
@@ -58,7 +30,7 @@ std::vector<std::string> membersOf(const fs::path& cabinet) {
 }
 
 std::optional<FileFacts> memberFacts(const fs::path& cabinet, const std::string& name) {
-    const TemporaryFolder folder;
+    const WorkFolder folder;
     const fs::path file = folder.path() / "member";
     if (folder.path().empty()) {
         return std::nullopt;

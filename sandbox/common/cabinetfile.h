@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "sandbox/doctor/filefacts.h"
+#include "sandbox/common/filefacts.h"
 
 namespace sandbox {
 

@@ -1,4 +1,4 @@
-#include "sandbox/doctor/dottedversion.h"
+#include "sandbox/common/dottedversion.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -6,6 +6,9 @@
 
 namespace sandbox {
 namespace {
+
+constexpr std::size_t imageParts = 4;
+constexpr long long largestPart = 65535;
 
 std::vector<std::string> split(const std::string& version) {
     std::vector<std::string> parts;
@@ -17,8 +20,8 @@ std::vector<std::string> split(const std::string& version) {
     return parts;
 }
 
-long numberOf(const std::string& part) {
-    return std::strtol(part.c_str(), nullptr, 10);
+long long numberOf(const std::string& part) {
+    return std::strtoll(part.c_str(), nullptr, 10);
 }
 
 } // namespace
@@ -34,12 +37,19 @@ std::size_t partsOf(const std::string& version) {
     return split(version).size();
 }
 
+bool isImageVersion(const std::string& version) {
+    const std::vector<std::string> parts = split(version);
+    return parts.size() == imageParts && isDottedVersion(version) &&
+           std::all_of(parts.begin(), parts.end(),
+                       [](const std::string& part) { return numberOf(part) <= largestPart; });
+}
+
 int compareVersions(const std::string& a, const std::string& b) {
     const std::vector<std::string> left = split(a);
     const std::vector<std::string> right = split(b);
     for (std::size_t i = 0; i < std::min(left.size(), right.size()); ++i) {
-        const long ours = numberOf(left[i]);
-        const long theirs = numberOf(right[i]);
+        const long long ours = numberOf(left[i]);
+        const long long theirs = numberOf(right[i]);
         if (ours != theirs) {
             return ours < theirs ? -1 : 1;
         }

@@ -1,4 +1,4 @@
-#include "sandbox/doctor/filefacts.h"
+#include "sandbox/common/filefacts.h"
 
 #include <algorithm>
 #include <cctype>
