@@ -12,7 +12,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr auto lookPause = std::chrono::milliseconds(20);
-constexpr auto limit = std::chrono::seconds(60); // work that is under way is waited for
+constexpr auto stopLimit = std::chrono::seconds(60); // work that is under way is waited for
 
 } // namespace
 
@@ -21,7 +21,7 @@ bool stopHost(const Folders& folders) {
         throw std::runtime_error("no host runs in " + folders.root().string());
     }
     std::ofstream(folders.stop()) << "the user has ended the run\n";
-    const auto end = Clock::now() + limit;
+    const auto end = Clock::now() + stopLimit;
     while (FileLock::isTaken(folders.hostLock()) && Clock::now() < end) {
         std::this_thread::sleep_for(lookPause);
     }

@@ -85,7 +85,17 @@ private:
         *std::copy(target.begin(), target.end(), file.FullTargetName) = '\0';
         // What stood there before is never deleted, as it may not even have been opened.
         isWriting = ::GetFileAttributesA(target.c_str()) == INVALID_FILE_ATTRIBUTES;
+        cut(target);
         return FILEOP_DOIT;
+    }
+
+    /// Wine writes into what stands there as it is: the end of a longer file would stay.
+    static void cut(const std::string& target) {
+        const HANDLE file = ::CreateFileA(target.c_str(), GENERIC_WRITE, 0, nullptr,
+                                          TRUNCATE_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (file != INVALID_HANDLE_VALUE) {
+            ::CloseHandle(file);
+        }
     }
 
     /// Wine says so of a damaged member too, and fails then: it counts as whole only when

@@ -1,0 +1,149 @@
+#include "crash/cancelsweep.h"
+
+#include <nlohmann/json.hpp>
+
+#include "host/settings.h"
+#include "sandbox/materials/content.h"
+#include "support/immortal.h"
+#include "updatepkg/xupdatepkg.h"
+#include "updatepkg/xupdatepkgtrace.h"
+
+namespace crash {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::size_t packageSize = 20'000; ///< several transfers to the disk
+constexpr const char* place = "update\\setup.exe";
+constexpr int downloaded = 3;
+constexpr int started = 4;
+constexpr int broken = 6;
+
+const std::string& package() {
+    static const materials::Bytes bytes = materials::randomBytes(packageSize, 7);
+    static const std::string text(bytes.begin(), bytes.end());
+    return text;
+}
+
+Json offer() {
+    return {{"version", "2.0.0.2002"},
+            {"packageURL", "http://upgrade.test/setup.exe"},
+            {"fileSize", packageSize},
+            {"packageMD5", materials::md5Hex({package().begin(), package().end()})}};
+}
+
+void command(NC::PackageCode code) {
+    NC::PackageRecord record;
+    record.code = code;
+    FakeNotification notification(NC::packageType, &record);
+    XUpdatePkgTrace::instance().onNotification(&notification);
+}
+
+/// A channel of a host whose upgrade server has the package.
+XUpdatePkg& startChannel(FakeHost& host) {
+    Json answer;
+    answer["data"]["needUpgrade"] = true;
+    answer["data"]["info"] = offer();
+    host.answers["check"] = {0, 200, answer.dump()};
+    host.onTransfer = [](const std::string&) {
+        return FakeHost::Transfer{0, package()};
+    };
+    auto& channel = immortal<XUpdatePkg>();
+    channel.init();
+    fake::advance(10'000);
+    return channel;
+}
+
+void tick(FakeHost& host) {
+    startChannel(host).checkUpdate();
+    host.awaitLog("update plugin, queue, run end.");
+}
+
+void download(FakeHost& host) {
+    startChannel(host);
+    command(NC::commandDownload);
+    host.awaitLog("update plugin, queue, run end.");
+}
+
+int statusIn(const Stored& stored) {
+    const auto found = stored.texts.find(settingkeys::upgrade);
+    const bool isThere = found != stored.texts.end() && !found->second.empty();
+    return isThere ? Json::parse(found->second).value("status", 0) : 0;
+}
+
+/// What the stored status and the setup program owe to the package on the disk.
+void lookAtPackage(const Snapshot& at, const Session& session, std::vector<Finding>& findings) {
+    const auto file = at.files.find(place);
+    const bool isWhole = file != at.files.end() && file->second == package();
+    const int status = statusIn(at.stored);
+    if (status != (isWhole ? status : broken) || (isWhole && status == broken)) {
+        findings.push_back({"the stored status is " + std::to_string(status) + ", the package " +
+                                (isWhole ? "whole" : "not whole"),
+                            std::nullopt});
+    }
+    if (!session.programs.empty() && !isWhole) {
+        findings.push_back({"a setup program was started that is not whole", std::nullopt});
+    }
+    if (session.end != End::itself) {
+        findings.push_back({"the host ended in an unforeseen way", std::nullopt});
+    }
+}
+
+std::vector<Row> cancelEach(Machine& machine, Machine::Work work, int wantedStatus) {
+    const auto session = [&](Plan plan) {
+        machine.does(work);
+        return machine.run(std::move(plan));
+    };
+    machine.layOut();
+    const std::size_t count = session({}).steps.size();
+    std::vector<Row> rows;
+    for (std::size_t at = 1; at <= count; ++at) {
+        machine.layOut();
+        Row row{at, Disturbance::cancelled, {}};
+        const Session cancelled =
+            session({.disturbance = Disturbance::cancelled, .at = at, .visitor = [] {
+                         command(NC::commandCancel);
+                     }});
+        row.step = cancelled.steps.at(at - 1);
+        row.step.what = machine.told(row.step.what);
+        lookAtPackage(machine.look(), cancelled, row.findings);
+        const Session next = session({});
+        lookAtPackage(machine.look(), next, row.findings);
+        if (const int status = statusIn(machine.stored()); status != wantedStatus) {
+            row.findings.push_back(
+                {"the next session ends with status " + std::to_string(status), std::nullopt});
+        }
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+Packet clientOf(const Json& storedOffer) {
+    Packet packet;
+    packet.name = "package";
+    packet.stored.numbers[settingkeys::pkgLastCheckTime] = 1;
+    packet.stored.texts[settingkeys::upgrade] = storedOffer.is_null() ? "" : storedOffer.dump();
+    return packet;
+}
+
+} // namespace
+
+std::vector<Row> cancelSweep() {
+    std::vector<Row> rows;
+    {
+        const Packet packet = clientOf(nullptr);
+        Machine machine(packet);
+        rows = cancelEach(machine, tick, started);
+    }
+    Json answered = offer();
+    answered["needUpgrade"] = true;
+    answered["status"] = 1;
+    const Packet packet = clientOf(answered);
+    Machine machine(packet);
+    const std::vector<Row> more = cancelEach(machine, download, downloaded);
+    rows.insert(rows.end(), more.begin(), more.end());
+    return rows;
+}
+
+} // namespace crash
