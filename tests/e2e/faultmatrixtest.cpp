@@ -85,7 +85,7 @@ public:
         std::ofstream(folder / "bystander") << "as it was";
         EXPECT_EQ(runScenario(written(), folder), 0) << spot.on << " " << variant.name << "\n"
                                                      << textOf(folder / "output");
-        EXPECT_TRUE(isLogged()) << spot.on << " " << variant.name;
+        ASSERT_TRUE(isLogged()) << spot.on << " " << variant.name;
         EXPECT_EQ(explained(), faultsOf(folder).at(0).at("words")) << spot.on;
         EXPECT_EQ(others(), (Names{"bystander", "explained", "output", "scenario.json"}));
         EXPECT_EQ(textOf(folder / "bystander"), "as it was");

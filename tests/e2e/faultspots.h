@@ -52,8 +52,7 @@ inline Json upgradeCell(const Json& client, const Json& upgrade, const char* beg
 }
 
 inline Json packageCell() {
-    // As little as holds the setup program of the build.
-    const std::size_t packageSize = windowsBuild == nullptr ? 6'000'000 : 12'582'912;
+    constexpr std::size_t packageSize = 12'582'912; // holds the setup program of any build
     Json scenario = upgradeCell({{"testIni", "[Kelvar]\nupdate_time=60000\n"},
                                  {"settings", {{"KEY_UPDATE_PKG_LAST_CHECK_TIME", 1}}}},
                                 {{"package", {{"version", "1.4.0.1"}, {"size", packageSize}}}},
