@@ -35,7 +35,7 @@ enum class Disturbance {
     diesBefore,   ///< the process ends ahead of it
     diesAfter,    ///< the process ends behind it
     losesOpen,    ///< and files open for writing are cut to nothing, a stored text to its half
-    losesAll,     ///< and every byte that this session wrote into a file is zero
+    losesAll,     ///< and every byte that the process wrote into a file is zero
     fullDisk,     ///< from this operation on nothing is written
     storeIsGone,  ///< from this look-up of the settings store on there is none
     clockSetBack, ///< the tick count begins anew ahead of it
