@@ -1,8 +1,11 @@
 #pragma once
 
+#include <charconv>
 #include <concepts>
 #include <string>
 #include <string_view>
+
+#include "host/functionname.h"
 
 /// Levels of log lines; no other is in use.
 inline constexpr int logProgress = 2;
@@ -10,15 +13,37 @@ inline constexpr int logFault = 4;
 
 namespace logdetail {
 
+inline constexpr std::size_t longestNumber = 20; ///< digits of a 64-bit number, or its sign
+
 template <class V>
-std::string pieceOf(const V& value) {
-    if constexpr (std::same_as<V, bool>) {
-        return value ? "1" : "0";
-    } else if constexpr (std::integral<V>) {
-        return std::to_string(value);
+std::size_t sizeBound(const V& value) {
+    if constexpr (std::integral<V>) {
+        return longestNumber;
     } else {
-        return std::string(value);
+        return std::string_view(value).size();
     }
+}
+
+template <class V>
+void appendPiece(std::string& line, const V& value) {
+    if constexpr (std::same_as<V, bool>) {
+        line += value ? '1' : '0';
+    } else if constexpr (std::integral<V>) {
+        char digits[longestNumber];
+        line.append(digits, std::to_chars(digits, digits + longestNumber, value).ptr);
+    } else {
+        line += std::string_view(value);
+    }
+    line += ' ';
+}
+
+template <class... Values>
+std::string lineOf(std::string_view text, const Values&... values) {
+    std::string line;
+    line.reserve(text.size() + 1 + (0 + ... + (sizeBound(values) + 1)));
+    appendPiece(line, text);
+    (appendPiece(line, values), ...);
+    return line;
 }
 
 } // namespace logdetail
@@ -30,7 +55,7 @@ std::string pieceOf(const V& value) {
 std::string qualifiedName(std::string_view signature);
 
 /// Hands a finished line to the debug output and to writeLog of xnbase.dll, if that
-/// module is loaded. Any thread; never fails.
+/// module is loaded. `function` is the name that the line carries. Any thread; never fails.
 void writeLogLine(int level, const char* file, int line, const char* function,
                   const std::string& text);
 
@@ -39,10 +64,8 @@ void writeLogLine(int level, const char* file, int line, const char* function,
 template <class... Values>
 void log(int level, const char* file, int line, const char* function, std::string_view text,
          const Values&... values) {
-    std::string pieces(text);
-    pieces += ' ';
-    ((pieces += logdetail::pieceOf(values), pieces += ' '), ...);
-    writeLogLine(level, file, line, function, pieces);
+    writeLogLine(level, file, line, qualifiedName(function).c_str(),
+                 logdetail::lineOf(text, values...));
 }
 
 #if defined(_MSC_VER)
@@ -51,5 +74,12 @@ void log(int level, const char* file, int line, const char* function, std::strin
 #define XLOG_SIGNATURE __PRETTY_FUNCTION__
 #endif
 
-/// log with the place of the caller: XLOG(logProgress, "update plugin, …", value, …).
-#define XLOG(level, ...) ::log((level), __FILE__, __LINE__, XLOG_SIGNATURE, __VA_ARGS__)
+/// log with the place of the caller: XLOG(logProgress, "update plugin, …", value, …). The name
+/// of the function is worked out while the program is built.
+#define XLOG(level, ...)                                                                           \
+    do {                                                                                           \
+        static constexpr auto xlogName =                                                           \
+            ::functionname::nameOf<::functionname::lengthOf(XLOG_SIGNATURE)>(XLOG_SIGNATURE);      \
+        ::writeLogLine((level), __FILE__, __LINE__, xlogName.text,                                 \
+                       ::logdetail::lineOf(__VA_ARGS__));                                          \
+    } while (false)

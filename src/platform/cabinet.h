@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 /// Cabinets (MS-CAB: stored, MSZIP, Quantum, LZX), read as SetupIterateCabinetA does.
@@ -34,5 +36,20 @@ using CabinetCallback = std::function<std::uint32_t(CabinetNotification, Cabinet
 /// cannot be written, or the callback ended it. A half-written member is removed;
 /// members written before it stay.
 bool iterateCabinet(const std::string& path, const CabinetCallback& callback);
+
+/// What a cabinet asks for when all its members are brought out in its order.
+struct CabinetExtent {
+    std::size_t members = 0;
+    /// With what has to be unpacked on the way to a member, each time that it has to be. A few
+    /// kilobytes can ask for terabytes: members may share their data.
+    std::uint64_t unpackedBytes = 0;
+};
+
+/// What no cabinet of the client comes near.
+inline constexpr CabinetExtent maxCabinetExtent{4096, std::uint64_t{1} << 30};
+
+/// As the index tells it, of which the readers believe nothing beyond it: neither writes more
+/// than a member's size there. Nothing when the file cannot be read or its index is damaged.
+std::optional<CabinetExtent> cabinetExtent(const std::string& path);
 
 } // namespace platform

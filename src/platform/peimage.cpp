@@ -27,6 +27,8 @@ constexpr std::uint32_t versionName = 1;
 constexpr std::uint32_t subdirectoryBit = 0x80000000;
 /// The resource tells its own length in 16 bits.
 constexpr std::uint32_t maxResourceSize = 0xFFFF;
+/// Of all languages together; they may share their bytes, so that 100 KB have 256 MB.
+constexpr std::size_t maxResourceSizes = 1 << 20;
 
 struct Section {
     std::uint32_t address = 0;
@@ -155,7 +157,7 @@ std::optional<std::uint32_t> PeImage::subdirectoryOf(std::optional<std::uint32_t
 
 std::optional<Bytes> PeImage::resourceOf(std::uint32_t entry) const {
     const auto data =
-        entry & subdirectoryBit ? std::nullopt : readAt(resources + entry, dataEntrySize);
+        (entry & subdirectoryBit) != 0 ? std::nullopt : readAt(resources + entry, dataEntrySize);
     return data && *longAt(*data, 4) <= maxResourceSize
                ? readAt(*longAt(*data, 0), *longAt(*data, 4))
                : std::nullopt;
@@ -168,9 +170,11 @@ std::vector<Bytes> PeImage::versionResources() {
     }
     const auto name = subdirectoryOf(subdirectoryOf(0, versionType), versionName);
     const auto languages = name ? entriesOf(*name) : std::nullopt;
+    std::size_t sizes = 0;
     for (std::size_t at = 0; languages && at < languages->size(); at += directoryEntrySize) {
         auto resource = resourceOf(*longAt(*languages, at + 4));
-        if (!resource) {
+        sizes += resource ? resource->size() : 0;
+        if (!resource || sizes > maxResourceSizes) {
             return {};
         }
         found.push_back(*std::move(resource));

@@ -16,7 +16,8 @@ std::optional<std::uint32_t> longAt(const Bytes& block, std::size_t at);
 
 /// The version resources of a PE image (PE32 and PE32+), as they lie in the file: resource
 /// type 16, name 1, one for each language. Reads only what it needs, trusts no offset, and
-/// ends after three levels. Empty when the file has none or one of them is malformed.
+/// ends after three levels. Empty when the file has none, one of them is malformed or
+/// they are over a megabyte together.
 /// Source: "PE Format", sections "Optional Header" and "The .rsrc Section".
 std::vector<Bytes> readVersionResources(std::FILE* image);
 

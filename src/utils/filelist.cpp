@@ -1,44 +1,19 @@
 #include "utils/filelist.h"
 
-#include <algorithm>
 #include <array>
-#include <cctype>
-#include <string_view>
-
-#include <pugixml.hpp>
 
 #include "host/hostmodules.h"
 #include "host/log.h"
 #include "platform/files.h"
 #include "platform/text.h"
+#include "utils/filelistdocument.h"
 #include "utils/utils.h"
 
 namespace {
 
-pugi::xml_node fileListOf(const pugi::xml_document& doc) {
-    return doc.child("Root").child("FileList");
-}
-
-bool isSameName(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
-        return std::tolower(x) == std::tolower(y);
-    });
-}
-
-/// The first entry of that name, in any case; an empty name in the document is none.
-pugi::xml_node entryOf(const pugi::xml_document& doc, const std::string& name) {
-    for (const pugi::xml_node file : fileListOf(doc).children("File")) {
-        const std::string_view found = file.attribute("Name").as_string();
-        if (!found.empty() && isSameName(found, name)) {
-            return file;
-        }
-    }
-    return {};
-}
-
 /// Loads the document; a fault is logged under the name of the calling operation.
-bool load(pugi::xml_document& doc, const std::string& path, const char* function) {
-    const pugi::xml_parse_result result = doc.load_file(platform::systemPath(path).c_str());
+bool load(FileListDocument& doc, const std::string& path, const char* function) {
+    const pugi::xml_parse_result result = doc.load(platform::systemPath(path));
     if (!result) {
         log(logFault, __FILE__, __LINE__, function, "update plugin, kelvar, load file list failed[",
             static_cast<int>(result.status), "], description[", result.description(), "]");
@@ -46,17 +21,12 @@ bool load(pugi::xml_document& doc, const std::string& path, const char* function
     return static_cast<bool>(result);
 }
 
-void save(const pugi::xml_document& doc, const std::string& path) {
-    doc.save_file(platform::systemPath(path).c_str(), "\t", pugi::format_indent,
-                  pugi::encoding_auto);
-}
-
 } // namespace
 
 void XNFileListHelper::updateFileListItems(const std::vector<XNFileItem>& items) {
     XLOG(logProgress, "update plugin, kelvar, update fileList items, count:", items.size());
     const std::string path = _getFileListPath();
-    pugi::xml_document doc;
+    FileListDocument doc;
     if (items.empty() || !load(doc, path, XLOG_SIGNATURE)) {
         return;
     }
@@ -67,13 +37,13 @@ void XNFileListHelper::updateFileListItems(const std::vector<XNFileItem>& items)
             _addItem(doc, item);
         }
     }
-    save(doc, path);
+    doc.save(platform::systemPath(path));
 }
 
 void XNFileListHelper::checkDiffAndUpdate(const std::vector<XNFileItem>& items) {
     XLOG(logProgress, "update plugin, kelvar, check diff and update, count:", items.size());
     const std::string path = _getFileListPath();
-    pugi::xml_document doc;
+    FileListDocument doc;
     if (items.empty() || !load(doc, path, XLOG_SIGNATURE)) {
         return;
     }
@@ -89,17 +59,17 @@ void XNFileListHelper::checkDiffAndUpdate(const std::vector<XNFileItem>& items) 
         }
     }
     if (changed) {
-        save(doc, path);
+        doc.save(platform::systemPath(path));
     }
 }
 
-bool XNFileListHelper::_findItem(const pugi::xml_document& doc, const std::string& name) {
-    return !entryOf(doc, name).empty();
+bool XNFileListHelper::_findItem(const FileListDocument& doc, const std::string& name) {
+    return !doc.find(name).empty();
 }
 
-bool XNFileListHelper::_getItem(const pugi::xml_document& doc, const std::string& name,
+bool XNFileListHelper::_getItem(const FileListDocument& doc, const std::string& name,
                                 XNFileItem& out) {
-    const pugi::xml_node entry = entryOf(doc, name);
+    const pugi::xml_node entry = doc.find(name);
     if (!entry) {
         return false;
     }
@@ -111,9 +81,9 @@ bool XNFileListHelper::_getItem(const pugi::xml_document& doc, const std::string
     return true;
 }
 
-void XNFileListHelper::updateItem(pugi::xml_document& doc, const XNFileItem& item) {
+void XNFileListHelper::updateItem(FileListDocument& doc, const XNFileItem& item) {
     XLOG(logProgress, "update plugin, kelvar, updateItem, name:", item.name);
-    const pugi::xml_node entry = entryOf(doc, item.name);
+    const pugi::xml_node entry = doc.find(item.name);
     if (!entry) {
         return;
     }
@@ -125,9 +95,8 @@ void XNFileListHelper::updateItem(pugi::xml_document& doc, const XNFileItem& ite
     XLOG(logProgress, "update plugin, kelvar, updateItem, found, ret:", written);
 }
 
-void XNFileListHelper::_addItem(pugi::xml_document& doc, const XNFileItem& item) {
-    pugi::xml_node entry = fileListOf(doc).append_child("File");
-    entry.append_attribute("Name").set_value(item.name.c_str());
+void XNFileListHelper::_addItem(FileListDocument& doc, const XNFileItem& item) {
+    pugi::xml_node entry = doc.append(item.name);
     entry.append_attribute("Version").set_value(item.version.c_str());
     entry.append_attribute("MD5").set_value(item.md5.c_str());
     entry.append_attribute("IsPE").set_value(item.isPE);

@@ -13,10 +13,7 @@ struct XNFileItem {
     std::uint64_t size = 0; ///< bytes
 };
 
-namespace pugi {
-class xml_document;
-class xml_node;
-} // namespace pugi
+class FileListDocument;
 
 /// Keeps `filelist.xml` in the client's home folder true, which the uninstaller reads:
 /// Root / FileList / File with Name, Version, MD5, IsPE and Size. Changes an existing
@@ -31,10 +28,10 @@ public:
     void checkDiffAndUpdate(const std::vector<XNFileItem>& items);
 
 private:
-    static bool _findItem(const pugi::xml_document& doc, const std::string& name);
-    static bool _getItem(const pugi::xml_document& doc, const std::string& name, XNFileItem& out);
-    static void updateItem(pugi::xml_document& doc, const XNFileItem& item);
-    static void _addItem(pugi::xml_document& doc, const XNFileItem& item);
+    static bool _findItem(const FileListDocument& doc, const std::string& name);
+    static bool _getItem(const FileListDocument& doc, const std::string& name, XNFileItem& out);
+    static void updateItem(FileListDocument& doc, const XNFileItem& item);
+    static void _addItem(FileListDocument& doc, const XNFileItem& item);
     static bool _isSameItem(const XNFileItem& a, const XNFileItem& b);
     static std::string _getFileListPath();
 };

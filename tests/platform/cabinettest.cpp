@@ -159,4 +159,49 @@ TEST_F(CabinetFile, ACabinetThatGoesOnElsewhereFails) {
     EXPECT_EQ(folder.entryCount(), 2U);
 }
 
+TEST_F(CabinetFile, TellsWhatAllItsMembersAskFor) {
+    constexpr std::size_t folderCount = 26;
+    constexpr std::size_t firstMember = 16;
+    constexpr std::size_t second = 44 + 18; // behind the header, the folder and the first one
+    constexpr std::size_t inFolder = second + 4;
+    constexpr std::size_t whichFolder = second + 8;
+    const Bytes sound =
+        buildCabinet(CabMethod::stored, {{"a", Bytes(100)}, {"b", Bytes(50)}, {"c", {}}});
+    const struct {
+        const char* what;
+        std::size_t at;
+        std::uint8_t byte;
+        std::optional<std::uint64_t> bytes;
+    } rows[] = {
+        {"sound", 0, 'M', 150},
+        {"the second one ahead of it", inFolder, 99, 100 + 149 + 1},
+        {"a gap before it", inFolder, 200, 250 + 150},
+        {"in another folder", whichFolder, 1, 100 + 150 + 150},
+        {"at the folder's end", inFolder + 3, 0x80, 0x80000000ULL + 150 + 150},
+        {"no cabinet", 0, 'm', std::nullopt},
+        {"more folders than there are", folderCount, 2, std::nullopt},
+        {"members elsewhere", firstMember, 40, std::nullopt},
+    };
+    for (const auto& row : rows) {
+        Bytes cabinet = sound;
+        cabinet[row.at] = row.byte;
+        has(cabinet);
+        const auto extent = cabinetExtent(folder.path("in.cab"));
+        EXPECT_EQ(extent.has_value(), row.bytes.has_value()) << row.what;
+        EXPECT_TRUE(!extent || (extent->members == 3 && extent->unpackedBytes == row.bytes))
+            << row.what << " " << extent->unpackedBytes;
+    }
+    for (const std::size_t size : {0U, 35U, 50U, 61U, 79U}) {
+        has({sound.begin(), sound.begin() + static_cast<long>(size)});
+        EXPECT_FALSE(cabinetExtent(folder.path("in.cab"))) << size;
+    }
+    Bytes named = buildCabinet(CabMethod::stored, {{std::string(255, 'a'), {1}}});
+    has(named);
+    EXPECT_TRUE(cabinetExtent(folder.path("in.cab")));
+    named.insert(named.begin() + second, 'a');
+    has(named);
+    EXPECT_FALSE(cabinetExtent(folder.path("in.cab")));
+    EXPECT_FALSE(cabinetExtent(folder.path("none")));
+}
+
 } // namespace

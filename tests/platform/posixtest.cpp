@@ -48,6 +48,49 @@ TEST(SystemPath, TakesTheExactNameFirst) {
     EXPECT_EQ(lastError(), errorPathNotFound);
 }
 
+TEST(SystemPath, FollowsAFolderOfManyNames) {
+    const TemporaryFolder folder;
+    const auto mapped = [&folder](const std::string& name) {
+        return std::filesystem::path(systemPath(folder.path("many\\" + name))).filename().string();
+    };
+    std::filesystem::create_directories(folder.onDisk("many"));
+    for (int i = 0; i < 200; ++i) {
+        folder.write("many/name" + std::to_string(i), "");
+    }
+    EXPECT_EQ(mapped("NAME7"), "name7");
+    folder.write("many/late", "");
+    EXPECT_EQ(mapped("LATE"), "late");
+    folder.write("many/Late", "");
+    EXPECT_EQ(mapped("LATE"), "Late"); // the first in the order of bytes
+    std::filesystem::remove(folder.onDisk("many/name7"));
+    EXPECT_EQ(mapped("NAME7"), "NAME7");
+    std::filesystem::rename(folder.onDisk("many/name8"), folder.onDisk("many/other"));
+    EXPECT_EQ(mapped("NAME8"), "NAME8");
+    EXPECT_EQ(mapped("OTHER"), "other");
+    std::filesystem::rename(folder.onDisk("many"), folder.onDisk("before"));
+    EXPECT_EQ(mapped("OTHER"), "OTHER");
+    std::filesystem::create_directories(folder.onDisk("many"));
+    folder.write("many/otHer", "");
+    EXPECT_EQ(mapped("OTHER"), "otHer");
+}
+
+/// Lets no file of this process grow beyond a size, as a full disk would.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t size) {
+        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+        EXPECT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
+        const rlimit small{size, old.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &old); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit old{};
+};
+
 class DelayedMoves : public testing::Test {
 protected:
     /// A request about files of the folder; no `to` means delete.
@@ -111,6 +154,27 @@ TEST_F(DelayedMoves, ACutLastLineIsNoRequest) {
     EXPECT_EQ(noted(), (std::vector<DelayedMove>{requests[0], requests[2]}));
 }
 
+TEST_F(DelayedMoves, ARequestThatDoesNotFitOnTheDiskLeavesNothing) {
+    delayed("a", "b");
+    const std::string journal = *folder.read(posix::delayedMovesJournal);
+    {
+        const FileSizeLimit full(journal.size() + 5);
+        EXPECT_FALSE(posix::appendDelayedMove(folder.path(), requests[0]));
+    }
+    EXPECT_EQ(folder.read(posix::delayedMovesJournal), journal);
+}
+
+TEST_F(DelayedMoves, ALineThatIsNoRequestIsPassedOver) {
+    delayed("a", "b");
+    const std::string good = *folder.read(posix::delayedMovesJournal);
+    for (const char* line :
+         {"", "copy\ta\tb", "delete", "delete\t", "delete\ta\tb", "move\ta", "move\ta\t",
+          "replace\ta\tb\tc", "delete\t%", "delete\t%4", "delete\t%4z", "delete\t%zz"}) {
+        folder.write(posix::delayedMovesJournal, std::string(line) + "\n" + good);
+        EXPECT_EQ(noted(), requests) << line;
+    }
+}
+
 TEST_F(DelayedMoves, OfAFileInUseAreNotedBesideTheHost) {
     const std::string host = removeFileSpec(executablePath());
     const std::string from = folder.write("file", "text");
@@ -130,17 +194,13 @@ TEST(PosixCabinet, AMemberThatDoesNotFitIsRemoved) {
     const TemporaryFolder folder;
     const std::string cabinet =
         folder.write("in.cab", buildCabinet(CabMethod::mszip, {{"a", Bytes(100000, 'a')}}));
-    rlimit old{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
-    ASSERT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
-    const rlimit small{50000, old.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &small);
-    const bool expanded = iterateCabinet(cabinet, [&](auto, CabinetMember& member) {
-        member.fullTargetName = folder.path("a");
-        return cabinetDoIt;
-    });
-    ::setrlimit(RLIMIT_FSIZE, &old);
-    EXPECT_FALSE(expanded);
+    {
+        const FileSizeLimit full(50000);
+        EXPECT_FALSE(iterateCabinet(cabinet, [&](auto, CabinetMember& member) {
+            member.fullTargetName = folder.path("a");
+            return cabinetDoIt;
+        }));
+    }
     EXPECT_EQ(folder.entryCount(), 1U);
 }
 

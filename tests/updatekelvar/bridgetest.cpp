@@ -121,6 +121,7 @@ TEST(BridgeReads, SingularFieldsByTheirTests) {
         {R"({"a_bool":"false"})", "a_bool: false"},
         {R"({"unknown":1,"a_int32":1})", "a_int32: 1"},
         {"[]", ""}, // a root with no members
+        {R"({"a_int32":1,"x":[ [2, "],[" ] , {} ]}{"a_int32":[nil)", "a_int32: 1"},
     });
 }
 
@@ -139,7 +140,13 @@ TEST(BridgeReads, ElementsThatPassAndDropsTheOthers) {
          R"(an_inner { text: "t" } an_inner { })"},
         {R"({"a_float":[1],"a_int32":null,"a_string":["a"]})", "a_float: 1"}, // ends the walk
     });
-    expectRead<bridgetest::Many>({{R"({"a_enum":["BLUE","GREEN",[],1]})", "a_enum: BLUE"}}, true);
+    // the inner level takes numbers all the same
+    expectRead<bridgetest::Many>({{R"({"a_enum":["BLUE","GREEN",[],1],)"
+                                   R"("an_inner":[{"colours":[1,"BLUE"]}]})",
+                                   "a_enum: BLUE an_inner { colours: RED }"}},
+                                 true);
+    expectRead<bridgetest::One>(
+        {{R"({"an_inner":{"colours":[1,"BLUE"]}})", "an_inner { colours: RED }"}}, true);
 }
 
 TEST(BridgeReads, MapsByTheirFixedKeysAndEndsTheMessage) {
@@ -205,7 +212,11 @@ TEST(BridgeReads, FieldsInTheOrderOfTheirDeclaration) {
 }
 
 TEST(BridgeReads, OnlyStrictJson) {
-    for (const char* text : {"", "5", "\"x\"", "{", "// c\n{}", "{\"a\":1,}", "not json"}) {
+    for (const char* text :
+         {"", "5", "\"x\"", "{", "// c\n{}", "{\"a\":1,}", "not json", R"({"a_int32":8,"x":[1,]})",
+          R"({"a_int32":8,"x":[,1]})", R"({"a_int32":8,"x":[1 2]})", R"({"a_int32":8,"x":[{]}]})",
+          R"({"a_int32":8,"x":[1})", R"({"a_int32":8,"x":[tru]})", R"({"a_int32":8,"x":["\"]})",
+          R"({"a_int32":8,"an_inner":[{"text":[1}]})", R"({"x":[nil],"x":[],"a_int32":8})"}) {
         bridgetest::One one;
         one.set_a_int32(7);
         EXPECT_FALSE(XPbJson().fromJsonString(text, &one, false)) << text;
@@ -228,6 +239,8 @@ TEST(BridgeReads, NestingUpTo999Levels) {
     }
     bridgetest::One one;
     EXPECT_TRUE(XPbJson().fromJsonString(siblings + "]}", &one, false));
+    const std::string deep = std::string(1000, '[') + std::string(1000, ']');
+    EXPECT_FALSE(XPbJson().fromJsonString(deep, &one, false)) << "no text in front of it";
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include <cstdarg>
 #include <curl/curl.h>
+#include <mutex>
+#include <vector>
 
 #include "sandbox/modules/orv/comobject.h"
 
@@ -12,6 +14,37 @@ namespace {
 /// libcurl numbers an option by the kind of its argument, in steps of this.
 constexpr int kindStep = 10000;
 
+/// Handles that callers are done with. Reset, one is as new to its next caller, but knows the
+/// certificates that it has parsed and its TLS sessions: parsing them anew is nearly all that a
+/// small file over HTTPS costs. Any thread; lives as long as the process.
+class IdleHandles {
+public:
+    static IdleHandles& instance() {
+        static IdleHandles& handles = *new IdleHandles;
+        return handles;
+    }
+
+    CURL* take() {
+        const std::lock_guard lock(mutex);
+        if (idle.empty()) {
+            return ::curl_easy_init();
+        }
+        CURL* const handle = idle.back();
+        idle.pop_back();
+        return handle;
+    }
+
+    void give(CURL* handle) {
+        ::curl_easy_reset(handle);
+        const std::lock_guard lock(mutex);
+        idle.push_back(handle);
+    }
+
+private:
+    std::mutex mutex;
+    std::vector<CURL*> idle; ///< no more than were ever in use at a time
+};
+
 class CurlService final : public sandbox::ComObject<IXCurlService> {
 public:
     CurlService() : ComObject(IXCurlService::id) {
@@ -20,8 +53,10 @@ public:
     }
 
     void* curl_easy_init() override {
-        CURL* const handle = ::curl_easy_init();
-        ::curl_easy_setopt(handle, CURLOPT_NOPROXY, "*"); // the storage is on loopback
+        CURL* const handle = IdleHandles::instance().take();
+        ::curl_easy_setopt(handle, CURLOPT_FORBID_REUSE, 1L); // a connection a file, as ever
+        ::curl_easy_setopt(handle, CURLOPT_CAPATH, nullptr);  // with one, none are kept parsed
+        ::curl_easy_setopt(handle, CURLOPT_NOPROXY, "*");     // the storage is on loopback
         ::curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
         return handle;
     }
@@ -55,7 +90,7 @@ public:
     }
 
     int curl_easy_perform(void* handle) override { return ::curl_easy_perform(handle); }
-    void curl_easy_cleanup(void* handle) override { ::curl_easy_cleanup(handle); }
+    void curl_easy_cleanup(void* handle) override { IdleHandles::instance().give(handle); }
 };
 
 } // namespace

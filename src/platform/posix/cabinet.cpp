@@ -1,7 +1,7 @@
 #include "platform/cabinet.h"
 
+#include "platform/cabinetindex.h"
 #include "platform/files.h"
-#include "platform/posix/cabinetindex.h"
 #include "platform/posix/mspackfiles.h"
 
 #include <memory>
@@ -13,9 +13,10 @@ namespace {
 
 using posix::MspackFiles;
 
-std::vector<std::uint16_t> folderIndicesOf(const std::string& path) {
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(openFile(path, "rb"), std::fclose);
-    return file ? posix::readFolderIndices(file.get()) : std::vector<std::uint16_t>();
+std::vector<CabinetEntry> indexOf(const std::string& path) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(openFile(path, "rb"), std::fclose);
+    return file ? readCabinetIndex(file.get()).value_or(std::vector<CabinetEntry>())
+                : std::vector<CabinetEntry>();
 }
 
 /// An open cabinet; owns the decompressor and its list of members.
@@ -27,7 +28,7 @@ public:
             content = decompressor->open(decompressor, path.c_str());
         }
         if (content) {
-            folderIndices = folderIndicesOf(path);
+            entries = indexOf(path);
         }
     }
     ~Cabinet() {
@@ -68,13 +69,13 @@ private:
     /// Whether the data of a member lies in this cabinet alone.
     bool isWhole(std::size_t index, const CabinetCallback& callback) const {
         const std::uint16_t folder =
-            index < folderIndices.size() ? folderIndices[index] : posix::continuedFromPrevious;
-        if (folder == posix::continuedToNext || folder == posix::continuedOnBothSides) {
+            index < entries.size() ? entries[index].folder : continuedFromPrevious;
+        if (folder == continuedToNext || folder == continuedOnBothSides) {
             CabinetMember wanted{content->nextname ? content->nextname : "", 0, {}};
             callback(CabinetNotification::needNewCabinet, wanted);
             return false;
         }
-        return folder != posix::continuedFromPrevious;
+        return folder != continuedFromPrevious;
     }
 
     bool extract(mscabd_file& file, const CabinetMember& member) {
@@ -92,7 +93,7 @@ private:
     MspackFiles files;
     mscab_decompressor* decompressor;
     mscabd_cabinet* content = nullptr;
-    std::vector<std::uint16_t> folderIndices;
+    std::vector<CabinetEntry> entries;
 };
 
 } // namespace

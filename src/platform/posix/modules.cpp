@@ -1,6 +1,7 @@
 #include "platform/modules.h"
 
 #include "platform/asciicase.h"
+#include "platform/posix/foundmodules.h"
 #include "platform/posix/systempath.h"
 #include "platform/text.h"
 
@@ -85,13 +86,45 @@ bool isOwnExport(void* module, void* address) {
            ::dladdr1(address, &place, &found, RTLD_DL_LINKMAP) != 0 && found == asked;
 }
 
-} // namespace
+int takeTurnover(dl_phdr_info* module, std::size_t, void* turnover) {
+    *static_cast<posix::ModuleTurnover*>(turnover) = {module->dlpi_adds, module->dlpi_subs};
+    return 1; // the same with every module
+}
 
-ModuleHandle findModule(const wchar_t* name) {
-    void* module = openLoaded(moduleName(name));
+constinit posix::FoundModules<std::wstring_view> foundModules;
+constinit posix::FoundModules<std::string_view> foundExports;
+
+ModuleHandle searchModule(const wchar_t* name) {
+    void* const module = openLoaded(moduleName(name));
     if (module) {
         ::dlclose(module);
-    } else {
+    }
+    return module;
+}
+
+void* searchExport(ModuleHandle module, const char* name) {
+    void* const address = ::dlsym(module, name);
+    return address && isOwnExport(module, address) ? address : nullptr;
+}
+
+} // namespace
+
+posix::ModuleTurnover posix::ModuleTurnover::now() {
+    ModuleTurnover turnover;
+    ::dl_iterate_phdr(takeTurnover, &turnover);
+    return turnover;
+}
+
+ModuleHandle findModule(const wchar_t* name) {
+    const std::wstring_view asked = name;
+    const bool isPath =
+        std::any_of(asked.begin(), asked.end(), [](wchar_t c) { return c == L'\\' || c == L'/'; });
+    const auto search = [name] {
+        return searchModule(name);
+    };
+    // What a path leads to may change without any module.
+    const ModuleHandle module = isPath ? search() : foundModules.find(nullptr, asked, search);
+    if (!module) {
         fail(errorModuleNotFound);
     }
     return module;
@@ -121,10 +154,12 @@ void freeModule(ModuleHandle module) {
 }
 
 void* findExport(ModuleHandle module, const char* name) {
-    void* address = module ? ::dlsym(module, name) : nullptr;
-    if (!address || !isOwnExport(module, address)) {
+    const auto search = [module, name] {
+        return searchExport(module, name);
+    };
+    void* const address = module ? foundExports.find(module, name, search) : nullptr;
+    if (!address) {
         fail(errorProcNotFound);
-        return nullptr;
     }
     return address;
 }

@@ -12,6 +12,8 @@ namespace platform::posix {
 
 namespace {
 
+constexpr std::size_t readAhead = 65536; // the library asks for 4 KB at a time
+
 struct OpenFile : mspack_file {
     std::FILE* file = nullptr;
     MspackFiles::Output* output = nullptr; ///< null for the cabinet
@@ -97,6 +99,8 @@ mspack_file* MspackFiles::openFor(mspack_system* self, const char* path, int mod
     }
     if (writes) {
         files.lastOutput = {true, true};
+    } else {
+        static_cast<void>(std::setvbuf(file, nullptr, _IOFBF, readAhead));
     }
     return new OpenFile{{}, file, writes ? &files.lastOutput : nullptr, path};
 }

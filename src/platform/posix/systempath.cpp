@@ -1,14 +1,13 @@
 #include "platform/posix/systempath.h"
 
-#include "platform/asciicase.h"
 #include "platform/files.h"
 #include "platform/paths.h"
+#include "platform/posix/foldernames.h"
 #include "platform/process.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <dirent.h>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,25 +19,6 @@ namespace {
 bool isThere(const std::string& systemPath) {
     struct stat status {};
     return ::lstat(systemPath.c_str(), &status) == 0;
-}
-
-struct CloseFolder {
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
-
-/// The entry of `folder` that matches `name`, or nothing.
-std::optional<std::string> findIgnoringCase(const std::string& folder, const std::string& name) {
-    std::unique_ptr<DIR, CloseFolder> entries(::opendir(folder.empty() ? "." : folder.c_str()));
-    std::optional<std::string> found;
-    if (!entries) {
-        return found;
-    }
-    while (const dirent* entry = ::readdir(entries.get())) {
-        if (equalIgnoringCase(entry->d_name, name) && (!found || entry->d_name < *found)) {
-            found = entry->d_name;
-        }
-    }
-    return found;
 }
 
 std::string parentOf(const std::string& systemPath) {
@@ -64,6 +44,12 @@ std::string resolvePath(const std::string& path) {
     std::replace(wanted.begin(), wanted.end(), '\\', '/');
     if (isThere(wanted)) {
         return wanted;
+    }
+    // Mostly only the name itself is not there, or not in that spelling.
+    const std::size_t nameStart = wanted.rfind('/') + 1;
+    if (const std::string folder = wanted.substr(0, nameStart); isThere(folder)) {
+        return folder + findIgnoringCase(folder, wanted.substr(nameStart))
+                            .value_or(wanted.substr(nameStart));
     }
     std::string resolved;
     for (std::size_t at = 0; at < wanted.size();) {

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "updatekelvar/data/exec/materialexec.h"
@@ -12,6 +13,24 @@
 
 /// Id of the module that brings the virus library.
 inline constexpr const char* virusLibModule = "/orvviruslib";
+
+/// A material's parameters as they came, which are only read. Copies share them: a run copies its
+/// rows from task to task.
+class XMaterialParams {
+public:
+    using Map = std::map<std::string, std::string>;
+
+    XMaterialParams() : params(std::make_shared<const Map>()) {}
+    explicit XMaterialParams(Map map) : params(std::make_shared<const Map>(std::move(map))) {}
+
+    bool empty() const { return params->empty(); }
+    std::size_t size() const { return params->size(); }
+    const std::string& at(const std::string& key) const { return params->at(key); }
+    friend bool operator==(const XMaterialParams& a, const Map& b) { return *a.params == b; }
+
+private:
+    std::shared_ptr<const Map> params;
+};
 
 /// A material on offer. A copy shares the parsed parameters, which are only read.
 struct XMaterialMetaData {
@@ -30,7 +49,7 @@ struct XMaterialMetaData {
     std::string osver;           ///< the one operating system version it is for; or empty
     bool nonCab = false;         ///< the stored file is the file itself and no cabinet
     std::string dependent;
-    std::map<std::string, std::string> extends; ///< the parameters as they came
+    XMaterialParams extends;
     std::string downloadUrl;
     std::string version;
     std::shared_ptr<IXMaterialCheck> checkSys; ///< null when there is no such parameter

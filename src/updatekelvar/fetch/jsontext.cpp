@@ -2,6 +2,8 @@
 
 #include <json/json.h>
 
+#include "updatekelvar/fetch/jsonoutline.h"
+
 // The library's reader and writer of old: the platform knows their dialect, and the
 // newer ones differ in what they accept and in the newline at the end.
 #if defined(_MSC_VER)
@@ -10,41 +12,65 @@
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 #endif
 
+namespace jsontext {
+
 namespace {
 
-constexpr int maxDepth = 999; // the library counts the value inside too and throws beyond 1000
+constexpr bool collectComments = false; // there are none in strict JSON
 
-/// Whether brackets outside of texts nest deeper than the library bears.
-bool isTooDeep(const std::string& text) {
-    int depth = 0;
-    bool inText = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (inText && c == '\\') {
-            ++i;
-        } else if (c == '"') {
-            inText = !inText;
-        } else if (!inText && (c == '[' || c == '{')) {
-            if (++depth > maxDepth) {
-                return true;
-            }
-        } else if (!inText && (c == ']' || c == '}')) {
-            --depth;
-        }
-    }
-    return false;
+Json::Features elementFeatures() {
+    Json::Features features = Json::Features::strictMode();
+    features.strictRoot_ = false; // any value
+    return features;
+}
+
+bool parseElement(Json::Reader& reader, std::string_view text, Json::Value& element) {
+    // The reader stops behind a value, whatever follows.
+    return reader.parse(text.data(), text.data() + text.size(), element, collectComments) &&
+           isBlank(text.substr(static_cast<std::size_t>(element.getOffsetLimit())));
 }
 
 } // namespace
 
-namespace jsontext {
-
-bool parse(const std::string& text, Json::Value& root) {
-    if (isTooDeep(text)) {
+bool Document::parse(std::string_view text) {
+    Outline found;
+    if (!found.take(text)) {
         return false;
     }
-    constexpr bool collectComments = true;
-    return Json::Reader(Json::Features::strictMode()).parse(text, root, collectComments);
+    arrays.clear();
+    for (std::vector<std::string_view>& elements : found.arrays) {
+        arrays.push_back({std::move(elements)});
+    }
+    const std::string& rest = found.text;
+    return Json::Reader(Json::Features::strictMode())
+        .parse(rest.data(), rest.data() + rest.size(), outline, collectComments);
+}
+
+bool Document::readElements(const Json::Value& array, const ElementStep& step) {
+    Array& read = arrays[array[0].asUInt()];
+    read.isRead = true;
+    Json::Reader reader(elementFeatures());
+    for (const std::string_view text : read.elements) {
+        Json::Value element;
+        if (!parseElement(reader, text, element)) {
+            return false;
+        }
+        step(element);
+    }
+    return true;
+}
+
+bool Document::parseUnread() {
+    for (const Array& array : arrays) {
+        Json::Reader reader(elementFeatures());
+        for (const std::string_view text : array.elements) {
+            Json::Value element;
+            if (!array.isRead && !parseElement(reader, text, element)) {
+                return false;
+            }
+        }
+    }
+    return true;
 }
 
 std::string write(const Json::Value& root) {

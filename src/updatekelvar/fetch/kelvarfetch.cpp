@@ -130,11 +130,13 @@ void XKelvarFetch::fetchMaterialMeta(const std::vector<XMaterialVersionKey>& key
         // Rows are told by their place alone, so a partial answer is of no use.
         if (static_cast<std::size_t>(response->metas_size()) == keys.size()) {
             data = std::make_shared<XBatchGetMaterialMetaData>();
+            data->materials.reserve(keys.size());
             for (int i = 0; i < response->metas_size(); ++i) {
                 data->materials.push_back(messages::read(
                     response->metas(i).meta(), keys[static_cast<std::size_t>(i)], storage));
             }
         }
+        Response().Swap(response.get()); // the run goes on in the callback, with many rows
         callback(data);
     };
     request<Response>(*_getHttp(), materialMetaPath, toJson(message), std::move(step));

@@ -28,16 +28,17 @@ std::shared_ptr<IXMaterialExec> parseExec(const std::string& text) {
 }
 
 /// Indexing makes the missing parameters, empty: a row always has these eight.
-void readParams(XMaterialMetaData& row) {
-    row.fileMd5 = row.extends["file_md5"];
-    row.filePath = row.extends["file_path"];
+void readParams(XMaterialMetaData& row, XMaterialParams::Map params) {
+    row.fileMd5 = params["file_md5"];
+    row.filePath = params["file_path"];
     std::replace(row.filePath.begin(), row.filePath.end(), '/', '\\');
-    row.osver = row.extends["osver"];
-    row.nonCab = utils::toInt(row.extends["non_cab"]) != 0;
-    row.dependent = row.extends["dependent"];
-    row.checkSys = parseCheck<XMaterialSysVerCheck>(row.extends["check_sys"]);
-    row.checkApp = parseCheck<XMaterialAppVerCheck>(row.extends["check_app"]);
-    row.exec = parseExec(row.extends["exec"]);
+    row.osver = params["osver"];
+    row.nonCab = utils::toInt(params["non_cab"]) != 0;
+    row.dependent = params["dependent"];
+    row.checkSys = parseCheck<XMaterialSysVerCheck>(params["check_sys"]);
+    row.checkApp = parseCheck<XMaterialAppVerCheck>(params["check_app"]);
+    row.exec = parseExec(params["exec"]);
+    row.extends = XMaterialParams(std::move(params));
 }
 
 } // namespace
@@ -55,12 +56,11 @@ XMaterialMetaData read(const kelvar::types::material::Meta& message, const XMate
     row.executeType = message.execute_type();
     row.executeParam = message.execute_param();
     row.isReferenced = message.is_referenced();
-    row.extends.insert(message.extends().begin(), message.extends().end());
     row.createTime = message.create_time().seconds();
     row.updateTime = message.update_time().seconds();
     row.downloadUrl = storage + "/" + message.file_id();
     row.version = key.ver;
-    readParams(row);
+    readParams(row, {message.extends().begin(), message.extends().end()});
     return row;
 }
 

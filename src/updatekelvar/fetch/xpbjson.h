@@ -10,6 +10,10 @@ class Message;
 class Reflection;
 } // namespace google::protobuf
 
+namespace jsontext {
+class Document;
+}
+
 /// JSON of the update platform's messages, by reflection. Keys are the fields' names as
 /// declared. This is the platform's own format and not protobuf's mapping: what is left
 /// out and what is not read is part of it. Holds nothing; any thread.
@@ -34,10 +38,14 @@ private:
                          const Reflection* reflection, Json::Value& json, bool enumAsName) const;
     void _mapFieldsToJson(const Message& message, Json::Value& root) const;
 
-    bool _jsonToMessage(const Json::Value& json, Message* message, bool enumAsName) const;
+    /// With a document `json` is its root, whose arrays it reads; false when one of them fails.
+    bool _jsonToMessage(const Json::Value& json, Message* message, bool enumAsName,
+                        jsontext::Document* document = nullptr) const;
     void _jsonToSingular(const Json::Value& value, Message* message, const FieldDescriptor* field,
                          const Reflection* reflection) const;
     void _jsonToRepeated(const Json::Value& array, Message* message, const FieldDescriptor* field,
-                         const Reflection* reflection, bool enumAsName) const;
+                         bool enumAsName) const;
+    void _elementToMessage(const Json::Value& element, Message* message,
+                           const FieldDescriptor* field, bool enumAsName) const;
     void _mapFieldsFromJson(const Json::Value& value, Message* message) const;
 };

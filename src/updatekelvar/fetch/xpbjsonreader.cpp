@@ -138,7 +138,7 @@ void readExtends(const Json::Value& value, Message* message, const char* const (
     for (const char* key : keys) {
         const Json::Value* member = memberOf(value, key);
         if (member && member->isString()) {
-            meta->mutable_extends()->insert({key, member->asString()});
+            meta->mutable_extends()->try_emplace(key, member->asString());
         }
     }
 }
@@ -146,11 +146,23 @@ void readExtends(const Json::Value& value, Message* message, const char* const (
 } // namespace
 
 bool XPbJson::fromJsonString(const std::string& json, Message* message, bool enumAsName) const {
-    Json::Value root;
-    return jsontext::parse(json, root) && _jsonToMessage(root, message, enumAsName);
+    jsontext::Document document;
+    if (!document.parse(json)) {
+        return false;
+    }
+    // Into a message of its own, as an element may turn out to be no JSON.
+    const std::unique_ptr<Message> read(message->New());
+    read->CopyFrom(*message);
+    if (!_jsonToMessage(document.root(), read.get(), enumAsName, &document) ||
+        !document.parseUnread()) {
+        return false;
+    }
+    message->GetReflection()->Swap(message, read.get());
+    return true;
 }
 
-bool XPbJson::_jsonToMessage(const Json::Value& json, Message* message, bool enumAsName) const {
+bool XPbJson::_jsonToMessage(const Json::Value& json, Message* message, bool enumAsName,
+                             jsontext::Document* document) const {
     const google::protobuf::Descriptor* descriptor = message->GetDescriptor();
     const Reflection* reflection = message->GetReflection();
     if (!descriptor || !reflection) {
@@ -165,7 +177,13 @@ bool XPbJson::_jsonToMessage(const Json::Value& json, Message* message, bool enu
         if (!field->is_repeated()) {
             _jsonToSingular(*value, message, field, reflection);
         } else if (value->isArray()) {
-            _jsonToRepeated(*value, message, field, reflection, enumAsName);
+            if (!document) {
+                _jsonToRepeated(*value, message, field, enumAsName);
+            } else if (!document->readElements(*value, [&](const Json::Value& element) {
+                           _elementToMessage(element, message, field, enumAsName);
+                       })) {
+                return false;
+            }
         } else {
             _mapFieldsFromJson(*value, message);
             return true; // a map ends the message: the fields declared behind it stay unread
@@ -189,29 +207,34 @@ void XPbJson::_jsonToSingular(const Json::Value& value, Message* message,
 }
 
 void XPbJson::_jsonToRepeated(const Json::Value& array, Message* message,
-                              const FieldDescriptor* field, const Reflection* reflection,
-                              bool enumAsName) const {
-    const Target target{message, field, reflection};
+                              const FieldDescriptor* field, bool enumAsName) const {
     for (const Json::Value& element : array) {
-        if (field->type() == FieldDescriptor::TYPE_BOOL) {
-            readBoolElement(element, target);
-        } else if (field->type() == FieldDescriptor::TYPE_MESSAGE) {
-            if (element.isObject()) {
-                _jsonToMessage(element, reflection->AddMessage(message, field), false);
-            }
-        } else if (field->type() == FieldDescriptor::TYPE_ENUM) {
-            if (const EnumValueDescriptor* found =
-                    findEnumValue(field->enum_type(), element, enumAsName)) {
-                reflection->AddEnum(message, field, found);
-            }
-        } else {
-            readScalar(element, target);
+        _elementToMessage(element, message, field, enumAsName);
+    }
+}
+
+void XPbJson::_elementToMessage(const Json::Value& element, Message* message,
+                                const FieldDescriptor* field, bool enumAsName) const {
+    const Reflection* reflection = message->GetReflection();
+    const Target target{message, field, reflection};
+    if (field->type() == FieldDescriptor::TYPE_BOOL) {
+        readBoolElement(element, target);
+    } else if (field->type() == FieldDescriptor::TYPE_MESSAGE) {
+        if (element.isObject()) {
+            _jsonToMessage(element, reflection->AddMessage(message, field), false);
         }
+    } else if (field->type() == FieldDescriptor::TYPE_ENUM) {
+        if (const EnumValueDescriptor* found =
+                findEnumValue(field->enum_type(), element, enumAsName)) {
+            reflection->AddEnum(message, field, found);
+        }
+    } else {
+        readScalar(element, target);
     }
 }
 
 void XPbJson::_mapFieldsFromJson(const Json::Value& value, Message* message) const {
-    const std::string type = message->GetTypeName();
+    const std::string& type = message->GetDescriptor()->full_name();
     if (type == "kelvar.types.material.Meta") {
         readExtends<kelvar::types::material::Meta>(value, message, materialKeys);
     } else if (type == "kelvar.types.packet.Meta") {

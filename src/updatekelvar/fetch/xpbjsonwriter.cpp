@@ -29,6 +29,13 @@ struct Source {
                                     : (reflection->*one)(message, field);
     }
 
+    Json::Value text() const {
+        std::string scratch;
+        return field->is_repeated()
+                   ? reflection->GetRepeatedStringReference(message, field, index, &scratch)
+                   : reflection->GetStringReference(message, field, &scratch);
+    }
+
     Json::Value enumeration(bool asName) const {
         if (asName) {
             return get(&Reflection::GetEnum, &Reflection::GetRepeatedEnum)->name();
@@ -60,12 +67,17 @@ Json::Value valueOf(const Source& source, bool enumAsName) {
         return source.get(&Reflection::GetBool, &Reflection::GetRepeatedBool);
     case FieldDescriptor::TYPE_STRING:
     case FieldDescriptor::TYPE_BYTES: // raw bytes, no base64
-        return source.get(&Reflection::GetString, &Reflection::GetRepeatedString);
+        return source.text();
     case FieldDescriptor::TYPE_ENUM:
         return source.enumeration(enumAsName);
     default:
         return {};
     }
+}
+
+/// The member of that field. Names of fields live as long as the process and are not copied.
+Json::Value& memberFor(Json::Value& json, const FieldDescriptor* field) {
+    return json[Json::StaticString(field->name().c_str())];
 }
 
 /// Text up to its first zero byte; empty for a value that is no text.
@@ -92,13 +104,13 @@ void XPbJson::_messageToJson(const Message& message, Json::Value& json, bool enu
         const FieldDescriptor* field = descriptor->field(i);
         if (field->is_repeated()) {
             if (reflection->FieldSize(message, field) > 0) {
-                _repeatedToJson(message, field, reflection, json[field->name()], enumAsName);
+                _repeatedToJson(message, field, reflection, memberFor(json, field), enumAsName);
             }
         } else if (field->type() == FieldDescriptor::TYPE_MESSAGE) {
-            _messageToJson(reflection->GetMessage(message, field), json[field->name()], false);
+            _messageToJson(reflection->GetMessage(message, field), memberFor(json, field), false);
         } else if (Json::Value value = valueOf({message, field, reflection}, enumAsName);
                    !value.isNull()) {
-            json[field->name()] = std::move(value); // set or not: the platform wants all keys
+            memberFor(json, field) = std::move(value); // set or not: the platform wants all keys
         }
     }
 }
@@ -119,7 +131,7 @@ void XPbJson::_repeatedToJson(const Message& message, const FieldDescriptor* fie
             item = std::move(value);
         } else if (!value.isNull()) {
             // An object around each value, which the reader does not take back.
-            item[field->name()] = std::move(value);
+            memberFor(item, field) = std::move(value);
         }
         json.append(std::move(item));
     }

@@ -1,6 +1,6 @@
 #include "updatekelvar/task/xtaskkelvarcondition.h"
 
-#include <algorithm>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -61,8 +61,9 @@ void XTaskKelvarCondition::_clearTempFiles() {
     if (!entries) {
         return;
     }
+    const std::unordered_set<std::string> listed(names.begin(), names.end());
     for (const platform::FolderEntry& entry : *entries) {
-        if (!entry.isFolder && std::find(names.begin(), names.end(), entry.name) != names.end()) {
+        if (!entry.isFolder && listed.count(entry.name) != 0) {
             platform::removeFile(dir + "\\" + entry.name);
         }
     }

@@ -56,7 +56,8 @@ private:
                                   XFullPacketDiffParam& out);
     void _makeMaterialKeys(const FullPacketDiff& diff, MaterialKeys& out);
 
-    // Each keeps the rows that pass, and only the rows; `in` and `out` may be one.
+    // Each keeps the rows that pass, and only the rows, and leaves `in` empty; `in` and `out` may
+    // be one.
     void _filterMaterialMetaFromAppVer(const MaterialMeta& in, MaterialMeta& out);
     void _filterMaterialMetaFromOSVer(const MaterialMeta& in, MaterialMeta& out);
     void _filterMaterialMetaFromFileVer(const MaterialMeta& in, MaterialMeta& out);

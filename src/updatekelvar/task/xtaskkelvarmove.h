@@ -93,6 +93,10 @@ private:
                          const std::string& updateDir, const std::string& dst, std::string& src);
     static bool _expandCabinet(const XMaterialMetaData& row, const std::string& cabinet,
                                const std::string& updateDir);
+    /// Whether the cabinet can be brought out without filling the disk or taking hours.
+    static bool _isReasonable(const XMaterialMetaData& row, const std::string& cabinet);
+    /// Whether a member of the row's cabinet stays in the update folder and off the cabinet.
+    static bool _mayBeWritten(const XMaterialMetaData& row, const std::string& member);
     static bool _needMove(const std::string& src, const std::string& dst,
                           const XMaterialMetaData& row, bool* isPE);
     static bool _moveFile(const std::string& src, const std::string& dst, const std::string& temp,

@@ -1,0 +1,55 @@
+#include "platform/posix/foldernames.h"
+
+#include "platform/asciicase.h"
+#include "platform/posix/watchedfolders.h"
+
+#include <dirent.h>
+#include <memory>
+
+namespace platform::posix {
+
+namespace {
+
+/// Below it a listing costs less than what a watch costs the system with each change.
+constexpr std::size_t manyEntries = 20;
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+/// Calls `step` with each name; how many there were.
+template <class Step>
+std::size_t listNames(const std::string& folder, Step step) {
+    std::unique_ptr<DIR, CloseFolder> entries(::opendir(folder.empty() ? "." : folder.c_str()));
+    std::size_t count = 0;
+    if (entries) {
+        while (const dirent* entry = ::readdir(entries.get())) {
+            step(entry->d_name);
+            ++count;
+        }
+    }
+    return count;
+}
+
+} // namespace
+
+std::optional<std::string> findIgnoringCase(const std::string& systemFolder,
+                                            const std::string& name) {
+    static WatchedFolders& watched = *new WatchedFolders; // threads outlive static objects
+    if (const auto known = watched.find(systemFolder, name)) {
+        return *known;
+    }
+    std::optional<std::string> found;
+    const std::size_t count = listNames(systemFolder, [&](const char* entry) {
+        if (equalIgnoringCase(entry, name) && (!found || entry < *found)) {
+            found = entry;
+        }
+    });
+    if (count > manyEntries) {
+        watched.add(systemFolder,
+                    [&systemFolder](const auto& step) { listNames(systemFolder, step); });
+    }
+    return found;
+}
+
+} // namespace platform::posix

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace platform::posix {
+
+/// The entry of a folder that matches `name` without regard to case of letters in ASCII, the first
+/// in the order of bytes; nothing without one or for what is no folder. A folder of many
+/// entries is listed once: from then on the system tells which names come and go, so that the
+/// answer is always that of a new listing. Any thread.
+std::optional<std::string> findIgnoringCase(const std::string& systemFolder,
+                                            const std::string& name);
+
+} // namespace platform::posix
