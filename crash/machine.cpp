@@ -190,7 +190,8 @@ void Machine::report(std::size_t number) const {
         all["log"].push_back(line.text);
     }
     all["lookups"] = storeLookups();
-    std::ofstream(reportFile(number)) << all.dump();
+    // A line of the log is whatever a server has sent.
+    std::ofstream(reportFile(number)) << all.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 Session Machine::readReport(int status, std::size_t number) const {

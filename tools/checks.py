@@ -106,7 +106,37 @@ def check_windows_libraries(root):
     yield from (f"vcpkg.json: {name} is not in tools/windowsdeps" for name in sorted(named - wanted))
 
 
-CHECKS = (check_includes, check_system, check_log_reference, check_windows_libraries)
+TEST = re.compile(r"\b(?:TEST|TEST_F|TEST_P)\(\s*(\w+)\s*,\s*(\w+)\s*\)")
+INSTANCE = re.compile(r"\bINSTANTIATE_TEST_SUITE_P\(\s*(\w+)\s*,\s*(\w+)\s*,")
+NAMED_TEST = re.compile(r"`(?:(\w+)/)?([A-Z]\w*)\.([A-Z]\w*)(?:/\w+)?`")
+ADDED_TEST = re.compile(r"\badd_test\(\s*NAME\s+([\w.]+)(\$\{\w+\})?")
+
+
+def added_tests(root):
+    """Names of tests that are no GoogleTest: as they stand, or made of a call's first word."""
+    texts = [path.read_text(encoding="utf-8") for folder in ("tests", "fuzz")
+             for path in sorted((root / folder).rglob("CMakeLists.txt"))]
+    for text in texts:
+        for begin, variable in ADDED_TEST.findall(text):
+            yield from [begin + word for word in re.findall(r"\(\s*(\w+)", text)] if variable else [begin]
+
+
+def check_named_tests(root):
+    """The tests that docs/security.md rests on: `Suite.Name`, `Prefix/Suite.Name`, `suite.part`."""
+    texts = [path.read_text(encoding="utf-8") for path in sources(root, "tests")]
+    tests = {match for text in texts for match in TEST.findall(text)}
+    instances = {match for text in texts for match in INSTANCE.findall(text)}
+    told = (root / "docs" / "security.md").read_text(encoding="utf-8").replace("stand as `Suite.Name`", "")
+    for match in NAMED_TEST.finditer(told):
+        prefix, suite, name = match.groups()
+        if (suite, name) not in tests or (prefix and (prefix, suite) not in instances):
+            yield f"docs/security.md: there is no test {match[0]}"
+    added = set(added_tests(root))
+    yield from (f"docs/security.md: there is no test `{name}`"
+                for name in re.findall(r"`((?:fuzz|plugin|e2e|contract)\.\w+)`", told) if name not in added)
+
+
+CHECKS = (check_includes, check_system, check_log_reference, check_windows_libraries, check_named_tests)
 
 
 def run(root):
@@ -121,6 +151,8 @@ def self_test():
         "sandbox/cli/e.cpp": "#include <windows.h>\n",
         "examples/host/f.cpp": "#ifdef _WIN32\n",
         "docs/log-reference.md": "| `update plugin, never written` |\n",
+        "docs/security.md": "`Suite.Gone`, `Suite.There`, `Other/Suite.There`, `fuzz.gone`\n",
+        "tests/suite.cpp": "TEST_P(Suite, There) {}\nINSTANTIATE_TEST_SUITE_P(One, Suite, 1);\n",
         "tools/windowsdeps": 'libraries=(\n    "googletest googletest"\n)\nready_packages=(libcli11-dev)\n',
         "vcpkg.json": '{"dependencies": ["gtest", "zlib"]}',
     }
@@ -134,6 +166,7 @@ def self_test():
               "b.cpp:2: the system is named", "c.cpp:1: utils may not include tests/d.h", "e.cpp:1: the system is named",
               "f.cpp:1: the system is named",
               'log line "update plugin, unheard of" is not', 'no source writes "update plugin, never written"',
+              "no test `Suite.Gone`", "no test `Other/Suite.There`", "no test `fuzz.gone`",
               "vcpkg.json: cli11 is missing", "vcpkg.json: zlib is not in"]
     return [f"self-test: not found: {text}" for text in wanted if text not in findings]
 

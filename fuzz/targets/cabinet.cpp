@@ -16,12 +16,14 @@ constexpr std::uint64_t maxWritten = 1 << 20; ///< longer members cost time and 
 struct Walk {
     bool succ = false;
     Names names{};
+    std::uint64_t bytes = 0;
 };
 
 Walk namesOf(const std::string& cabinet) {
     Walk walk;
     walk.succ = platform::iterateCabinet(cabinet, [&](CabinetNotification, CabinetMember& member) {
         walk.names.push_back(member.nameInCabinet);
+        walk.bytes += member.size;
         return platform::cabinetSkip;
     });
     return walk;
@@ -53,6 +55,10 @@ FUZZ_TARGET(cabinet) {
     static const TemporaryFolder folder;
     const std::string path = folder.write("in.cab", input);
     const Walk listed = namesOf(path);
+    if (const auto extent = platform::cabinetExtent(path); extent && listed.succ) {
+        fuzz::require(extent->members == listed.names.size(), "the index has the same members");
+        fuzz::require(extent->unpackedBytes >= listed.bytes, "the index has their sizes");
+    }
     const Walk taken = expanded(path, folder.path("member"));
     fuzz::require(taken.names.size() <= listed.names.size() &&
                       std::equal(taken.names.begin(), taken.names.end(), listed.names.begin()),

@@ -152,6 +152,28 @@ TEST_F(MoveTest, ALockedFreeTargetWaitsForTheRestart) {
     EXPECT_EQ(pending(), Texts{"update\\" + row.md5 + " > bin\\a.dll"});
 }
 
+TEST_F(MoveTest, ALockedTargetCountsOnlyWhenTheSystemTakesTheRequest) {
+    hasPe("a.dll", 1);
+    offerPe("a.dll", 2);
+    // In the place of the list that a posix system keeps; Windows takes the request.
+    std::filesystem::create_directories(host.diskPath("delayed-moves.journal"));
+    const sandbox::HeldFile inUse(host.diskPath("a.dll"));
+    const bool counts = run() == std::vector<bool>{true};
+    EXPECT_EQ(counts, !pending().empty());
+    EXPECT_EQ(counts, !padding().empty());
+    EXPECT_EQ(counts, host.versions.entries.contains("update\\version.dat"));
+}
+
+TEST_F(MoveTest, AnOldFileThatCannotBeScheduledForItsDeletionHoldsNothingUp) {
+    hasPe("a.dll", 1);
+    const std::string temp = "update\\temp\\" + offerPe("a.dll", 2).md5;
+    std::filesystem::create_directories(host.diskPath("delayed-moves.journal"));
+    EXPECT_TRUE(succeeds());
+    EXPECT_TRUE(holdsPe("a.dll", 2));
+    EXPECT_TRUE(holdsPe(temp, 1));
+    EXPECT_EQ(host.logged("move temp reboot error"), pending().empty());
+}
+
 TEST_F(MoveTest, AGroupWithALockedMemberWaitsAsAWhole) {
     for (const char* path : {"a.dll", "b.dll", "c.dll"}) {
         hasPe(path, 1);
@@ -173,6 +195,7 @@ TEST_F(MoveTest, AGroupWithALockedMemberWaitsAsAWhole) {
     EXPECT_EQ(padding(), R"({"a.dll":")" + md5s[0] + R"(","b.dll":")" + md5s[1] +
                              R"(","c.dll":"\\)" + md5s[2] + "\"}");
     EXPECT_EQ(started(), "");
+    EXPECT_FALSE(host.logged("rollback 2 error"));
     // Those that were in place for a moment are back, and the deletes of the old ones stay.
     EXPECT_EQ(pending(),
               (Texts{"update\\temp\\" + md5s[0], "update\\" + md5s[1] + " > b.dll",
@@ -365,19 +388,22 @@ TEST_F(MoveTest, TheFileListTellsWhatStandsAtTheTargets) {
 
 TEST_F(MoveTest, HostileNamesAreRefusedBeforeAFileIsOpened) {
     const Bytes content = material::bytes("evil");
-    const char* paths[] = {"nul", "a\\Com1.dll", "\xff.dll", "", ".", "a\\..", "..\\evil",
-                           "a\\..\\..\\evil", "\\evil", "/evil", "C:evil", "C:\\evil",
-                           "\\\\srv\\s\\evil", "a:b", "... \\evil", "..", "bin\\..",
-                           // stays below by its bytes, and climbs out where 936 is the code page
-                           "c\\\u4e2d\\b\\\u4e2d\\b\\..\\..\\..\\..\\x"};
-    for (const char* path : paths) {
+    const std::string paths[] = {
+        "nul", "a\\Com1.dll", "PRN", "aux.x", "CONIN$", "conout$.dll", std::string("a\0b", 3),
+        "lpt\u00b3", "COM\u00b9.x", "\xff.dll", "", ".", "a\\..", "..\\evil", "a\\..\\..\\evil",
+        "\\evil", "/evil", "C:evil", "C:\\evil", "\\\\srv\\s\\evil", "a:b", "... \\evil", "..",
+        "bin\\..",
+        // stays below by its bytes, and climbs out where 936 is the code page
+        "c\\\u4e2d\\b\\\u4e2d\\b\\..\\..\\..\\..\\x"};
+    for (const std::string& path : paths) {
         list.materials.clear();
         offerPlain(path, "1", content);
         EXPECT_TRUE(fails()) << path;
-        EXPECT_TRUE(host.logged("task move, bad path: " + std::string(path) + " ")) << path;
+        EXPECT_TRUE(host.logged("task move, bad path: " + path + " ")) << path;
     }
     EXPECT_FALSE(std::filesystem::exists(host.folder.parent_path() / "evil"));
-    for (const char* name : {"NUL", "con.x", "", ".", "..", "a\\b", "a/b", "c:d", "..\\x", ". ."}) {
+    for (const char* name :
+         {"NUL", "con.x", "LPT\u00b2", "", ".", "..", "a\\b", "a/b", "c:d", "..\\x", ". ."}) {
         list.materials = {material::plain("a.txt", "1", content),
                           material::plain("b.txt", "1", content)};
         list.materials[0].md5 = name;
@@ -387,10 +413,13 @@ TEST_F(MoveTest, HostileNamesAreRefusedBeforeAFileIsOpened) {
         EXPECT_TRUE(host.logged(" , file md5: " + std::string(name) + " "));
     }
     // What only looks strange stays possible.
-    list.materials.clear();
-    offerPlain("a\\.\\x\\..\\y.txt", "1", content);
-    EXPECT_TRUE(succeeds());
-    EXPECT_EQ(host.bytesOf("a\\y.txt"), "evil");
+    for (const std::string path :
+         {"a\\.\\x\\..\\y.txt", "com", "coma", "Lpt.dll", "com10", "lpt1x"}) {
+        list.materials.clear();
+        offerPlain(path, "1", content);
+        EXPECT_TRUE(succeeds()) << path;
+        EXPECT_EQ(host.bytesOf(path == "a\\.\\x\\..\\y.txt" ? "a\\y.txt" : path), "evil");
+    }
 }
 
 TEST_F(MoveTest, ATakenTempNameGetsANumberHoweverLongItIs) {
@@ -417,6 +446,9 @@ TEST_F(MoveTest, ATargetThatCannotBeMadeLeavesTheOldFileInTemp) {
 TEST_F(MoveTest, TheVirusLibraryKeepsItsVersionUntilOneOfItsRowsIsPlaced) {
     offerPe("a.dll", 1);
     list.virusLibVersion = "2026-11-21";
+    EXPECT_TRUE(succeeds());
+    offerPe("lib.dll", 2).material.module.id = "/orvviruslib";
+    list.virusLibVersion.clear(); // as from a packet whose difference has no such module
     EXPECT_TRUE(succeeds());
     EXPECT_EQ(host.versions.entries.count("update\\virtuslib.dat"), 0U);
 }

@@ -122,21 +122,21 @@ bool XTaskKelvarMove::_expandCabinet(const XMaterialMetaData& row, const std::st
                                      const std::string& updateDir) {
     using platform::CabinetMember;
     using platform::CabinetNotification;
+    if (!_isReasonable(row, cabinet)) {
+        return false;
+    }
     const auto lookAtName = [&](CabinetNotification notification, const CabinetMember& member) {
-        if (notification != CabinetNotification::fileInCabinet) {
-            return platform::cabinetAbort;
-        }
-        const std::string& name = member.nameInCabinet;
-        if (materialnames::staysBelow(name) && !materialnames::isSameFile(name, row.md5)) {
-            return platform::cabinetSkip;
-        }
-        XLOG(logProgress, "update plugin, kelvar, task premove, bad member:", name,
-             ", cabinet:", row.md5);
-        return platform::cabinetAbort;
+        const bool isGood = notification == CabinetNotification::fileInCabinet &&
+                            _mayBeWritten(row, member.nameInCabinet);
+        return isGood ? platform::cabinetSkip : platform::cabinetAbort;
     };
     const auto extract = [&](CabinetNotification notification, CabinetMember& member) {
         if (notification != CabinetNotification::fileInCabinet) {
             return 0U;
+        }
+        // Not taken from the first pass: the file may be another one by now.
+        if (!_mayBeWritten(row, member.nameInCabinet)) {
+            return platform::cabinetAbort;
         }
         member.fullTargetName = updateDir + member.nameInCabinet;
         return platform::cabinetDoIt;
@@ -144,6 +144,29 @@ bool XTaskKelvarMove::_expandCabinet(const XMaterialMetaData& row, const std::st
     // The first pass looks at all names before anything is written.
     return platform::iterateCabinet(cabinet, lookAtName) &&
            platform::iterateCabinet(cabinet, extract);
+}
+
+bool XTaskKelvarMove::_isReasonable(const XMaterialMetaData& row, const std::string& cabinet) {
+    const auto extent = platform::cabinetExtent(cabinet);
+    if (!extent) {
+        return false;
+    }
+    constexpr platform::CabinetExtent most = platform::maxCabinetExtent;
+    if (extent->members <= most.members && extent->unpackedBytes <= most.unpackedBytes) {
+        return true;
+    }
+    XLOG(logProgress, "update plugin, kelvar, task premove, cabinet asks for too much, members:",
+         extent->members, ", unpacked bytes:", extent->unpackedBytes, ", cabinet:", row.md5);
+    return false;
+}
+
+bool XTaskKelvarMove::_mayBeWritten(const XMaterialMetaData& row, const std::string& member) {
+    if (materialnames::staysBelow(member) && !materialnames::isSameFile(member, row.md5)) {
+        return true;
+    }
+    XLOG(logProgress, "update plugin, kelvar, task premove, bad member:", member,
+         ", cabinet:", row.md5);
+    return false;
 }
 
 bool XTaskKelvarMove::_makeDirs(const std::string& appDir, const std::string& dst) {

@@ -30,8 +30,12 @@ bool isDevice(const std::string& name) {
         stem == "conout$") {
         return true;
     }
-    return stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) &&
-           std::isdigit(static_cast<unsigned char>(stem.back()));
+    if (!stem.starts_with("com") && !stem.starts_with("lpt")) {
+        return false;
+    }
+    const std::string number = stem.substr(3);
+    return (number.size() == 1 && std::isdigit(static_cast<unsigned char>(number[0]))) ||
+           number == "\u00b9" || number == "\u00b2" || number == "\u00b3"; // taken for 1, 2, 3
 }
 
 bool isUtf8(const std::string& text) {
