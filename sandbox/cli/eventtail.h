@@ -14,6 +14,9 @@ class EventTail {
 public:
     explicit EventTail(std::filesystem::path eventsFile) : file(std::move(eventsFile)) {}
 
+    /// Passes over what is there.
+    void skip();
+
     /// The events of all lines that were completed since the last call. A line that is
     /// no JSON becomes a failure event.
     std::vector<nlohmann::json> next();

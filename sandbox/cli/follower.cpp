@@ -6,7 +6,7 @@ namespace sandbox {
 
 Follower::Follower(const Folders& folders, const RunWatchers& all)
     : tail(folders.events()), watchers(all) {
-    tail.next(); // what an earlier run has left
+    tail.skip(); // what an earlier run has left
 }
 
 void Follower::follow() {

@@ -5,22 +5,22 @@
 
 namespace sandbox {
 
-bool Session::host() {
-    const auto run = std::find_if(scenario.phases.begin(), scenario.phases.end(),
-                                  [](const Phase& phase) { return !phase.isRestart; });
-    if (run == scenario.phases.end()) {
+bool Session::host(std::uint32_t interval) {
+    const auto first = std::find_if(scenario.phases.begin(), scenario.phases.end(),
+                                    [](const Phase& phase) { return !phase.isRestart; });
+    if (first == scenario.phases.end()) {
         throw std::runtime_error(scenarioFile + " has no run");
     }
     layOut();
     platform->stopJudging();
     console.heading("The host runs until Ctrl+C, or \"xsandbox stop\" from another terminal, where "
                     "\"xsandbox ui\" and \"xsandbox set\" reach it");
-    Phase kept = *run;
+    Phase kept = *first;
     kept.script.clear(); // the user is there instead, and nothing is to go wrong
     kept.faults.clear();
     kept.isJudged = false;
     kept.options.erase("upgrade");
-    kept.options["host"] = nlohmann::json::array();
+    kept.options["host"] = nlohmann::json::array({"--interval", std::to_string(interval)});
     return runClient(kept).hostExit == 0;
 }
 

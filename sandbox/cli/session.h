@@ -31,8 +31,9 @@ public:
     bool run(std::size_t phases);
 
     /// Lays out and keeps the client's host running, on what the first run's platform has,
-    /// until the user ends it; whether it ended in order.
-    bool host();
+    /// until the user ends it, with so many milliseconds between its ticks; whether it ended in
+    /// order.
+    bool host(std::uint32_t interval);
 
     void keepHolders() { keep = true; }
 

@@ -76,7 +76,7 @@ std::vector<WordDone> doWords(const Folders& folders, const std::vector<std::str
     UiScript script(folders, words);
     UiView view(folders, console);
     EventTail tail(folders.events());
-    tail.next(); // what came before
+    tail.skip();
     std::vector<WordDone> done;
     while ((done.empty() || done.back().fault.empty()) && script.begin()) {
         const auto follow = [&](auto isDone, std::chrono::seconds time) {
@@ -108,7 +108,7 @@ void runUi(const Folders& folders, Console& console) {
     }
     UiView view(folders, console);
     EventTail tail(folders.events());
-    tail.next();
+    tail.skip();
     console.heading("Updates of the client");
     console.line(keysText());
     view.offer(storedRecord(folders));

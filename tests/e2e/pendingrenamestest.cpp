@@ -35,23 +35,25 @@ TEST_P(PendingRenames, AreRead) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, PendingRenames,
-    testing::Values(Case{"None", "", ""}, Case{"OnlyItsEnd", "\0"s, ""},
-                    Case{"MoveAndDelete",
-                         R"(\??\D:\client\a)"s + '\0' + R"(!\??\D:\client\b)" + '\0' +
-                             R"(\??\D:\client\c)" + "\0\0\0"s,
-                         R"(D:\client\a > D:\client\b; D:\client\c > ; )"},
-                    Case{"LookedAtBefore",
-                         R"(*1\??\d:\CLIENT\a)"s + '\0' + R"(!*2\??\D:\client\b)" + "\0\0"s,
-                         R"(d:\CLIENT\a > D:\client\b; )"},
-                    Case{"OfOthers",
-                         R"(\??\D:\client2\a)"s + "\0\0"s + R"(\??\D:\client)" + "\0\0"s +
-                             R"(\??\C:\a)" + "\0\0\0"s,
-                         ""},
-                    Case{"CutShort", R"(\??\D:\client\a)"s + "\0\0"s + R"(\??\D:\cli)",
-                         R"(D:\client\a > ; ! the last request has no target: \??\D:\cli)"},
-                    Case{"NoFile",
-                         "\0"s + R"(!\??\D:\client\b)" + '\0' + R"(\??\D:\client\c)" + "\0\0\0"s,
-                         R"(D:\client\c > ; ! request 1 names no file)"}),
+    testing::Values(
+        Case{"None", "", ""}, Case{"OnlyItsEnd", "\0"s, ""},
+        Case{"MoveAndDelete",
+             R"(\??\D:\client\a)"s + '\0' + R"(!\??\D:\client\b)" + '\0' + R"(\??\D:\client\c)" +
+                 "\0\0\0"s,
+             R"(D:\client\a > D:\client\b; D:\client\c > ; )"},
+        Case{"LookedAtBefore",
+             R"(*1\??\d:\CLIENT\a)"s + '\0' + R"(!*2\??\D:\client\b)" + '\0' +
+                 R"(*2\??\D:\client\c)" + '\0' + R"(!*1\??\D:\client\d)" + '\0' +
+                 R"(*2\??\D:\client\e)" + "\0\0\0"s,
+             R"(d:\CLIENT\a > D:\client\b; D:\client\c > D:\client\d; D:\client\e > ; )"},
+        Case{"OfOthers",
+             R"(\??\D:\client2\a)"s + "\0\0"s + R"(\??\D:\client)" + "\0\0"s + R"(\??\C:\a)" +
+                 "\0\0\0"s,
+             ""},
+        Case{"CutShort", R"(\??\D:\client\a)"s + "\0\0"s + R"(\??\D:\cli)",
+             R"(D:\client\a > ; ! the last request has no target: \??\D:\cli)"},
+        Case{"NoFile", "\0"s + R"(!\??\D:\client\b)" + '\0' + R"(\??\D:\client\c)" + "\0\0\0"s,
+             R"(D:\client\c > ; ! request 1 names no file)"}),
     [](const auto& tested) { return tested.param.name; });
 
 } // namespace

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <atomic>
 #include <list>
 #include <vector>
@@ -28,14 +29,15 @@ Login wantedLogin() {
     return login;
 }
 
-/// The log-in as it is now. Texts that were handed out stay good: nothing is thrown away.
+/// The log-in as it is now. Texts that were handed out stay good: none is thrown away, and one
+/// that comes again is taken again.
 class CurrentLogin {
 public:
     const Login& get() const { return *current; }
 
     void become(Login login) {
-        all.push_back(std::move(login));
-        current = &all.back();
+        const auto known = std::find(all.begin(), all.end(), login);
+        current = known == all.end() ? &all.emplace_back(std::move(login)) : &*known;
     }
 
 private:

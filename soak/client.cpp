@@ -1,0 +1,200 @@
+#include "soak/client.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+#include <unistd.h>
+
+#include "sandbox/platform/hostprocess.h"
+
+namespace soak {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* interval = "50";
+constexpr auto patience = std::chrono::minutes(2); // Wine copies a system first
+constexpr auto glance = std::chrono::milliseconds(20);
+constexpr const char* uiSeconds = "8";
+constexpr const char* keeper = "keeper.exe";
+constexpr const char* handleCounter = "handlecount.exe";
+
+std::string textOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// The number behind the name in /proc/N/status.
+double statusOf(const std::string& text, const std::string& name) {
+    const std::size_t at = text.find("\n" + name + ":");
+    std::istringstream rest(at == std::string::npos ? "" : text.substr(at + name.size() + 2));
+    double number = 0;
+    rest >> number;
+    return number;
+}
+
+/// User and system time of /proc/N/stat; the name of the program may hold blanks.
+double cpuOf(const std::string& text) {
+    std::istringstream rest(text.substr(std::min(text.rfind(')') + 1, text.size())));
+    std::vector<std::string> fields{std::istream_iterator<std::string>(rest), {}};
+    if (fields.size() < 13) {
+        return 0;
+    }
+    return (std::stod(fields[11]) + std::stod(fields[12])) /
+           static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+std::vector<std::string> hostWords(const fs::path& scenario, bool windows) {
+    std::vector<std::string> words{"host", scenario.string(), "--interval", interval};
+    if (windows) {
+        words.emplace_back("--windows");
+    }
+    return words;
+}
+
+} // namespace
+
+Client::Client(fs::path runFolder, const fs::path& scenario, const fs::path& binaries,
+               bool isWindows)
+    : where(std::move(runFolder)), windows(isWindows),
+      system(isWindows ? sandbox::wineSystem(where) : sandbox::nativeSystem(where)),
+      hosting(start(hostWords(scenario, isWindows), "host.out")) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while ((host = findHost()) == 0) {
+        if (hosting.poll() || std::chrono::steady_clock::now() > end) {
+            hosting.terminate();
+            throw std::runtime_error("no host has come, see " +
+                                     (where.root().parent_path() / "host.out").string());
+        }
+        std::this_thread::sleep_for(glance);
+    }
+    if (windows) {
+        fs::copy_file(binaries / handleCounter, where.state() / handleCounter);
+    }
+}
+
+Client::~Client() {
+    letGo();
+    if (!hosting.poll()) {
+        hosting.terminate();
+        hosting.wait();
+    }
+    if (ui) {
+        ui->wait(); // it ends with the host
+    }
+}
+
+sandbox::ChildProcess Client::start(Words words, const char* output) const {
+    words.insert(words.end(), {"--folder", where.root().string()});
+    const fs::path folder = where.root().parent_path();
+    const fs::path program = sandbox::executableFile().parent_path() / "xsandbox";
+    auto process = sandbox::ChildProcess::start(program, words, folder, folder / output);
+    if (!process) {
+        throw std::runtime_error("cannot start " + program.string());
+    }
+    return std::move(*process);
+}
+
+/// 0 while there is none.
+long long Client::findHost() const {
+    const fs::path program = where.client() / system->programFile("trayhost");
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator("/proc", error)) {
+        const std::string name = entry.path().filename().string();
+        long long id = 0;
+        const auto read = std::from_chars(name.data(), name.data() + name.size(), id);
+        if (read.ec == std::errc() && system->runs(id, program)) {
+            return id;
+        }
+    }
+    return 0;
+}
+
+std::optional<Facts> Client::facts() const {
+    const double handles = handleCount();
+    const fs::path process = fs::path("/proc") / std::to_string(host);
+    const std::string status = textOf(process / "status");
+    if (statusOf(status, "VmRSS") == 0) {
+        return std::nullopt;
+    }
+    return Facts{cpuOf(textOf(process / "stat")), statusOf(status, "Threads"), handles,
+                 statusOf(status, "RssAnon"), statusOf(status, "VmRSS")};
+}
+
+void Client::set(const Words& words) {
+    Words all{"set"};
+    all.insert(all.end(), words.begin(), words.end());
+    if (start(all, "set.out").wait() != 0) {
+        throw std::runtime_error("xsandbox set: " + textOf(where.root().parent_path() / "set.out"));
+    }
+}
+
+void Client::beginUi(const std::string& words) {
+    if (!ui) {
+        ui = start({"ui", "--do", words, "--limit", uiSeconds}, "ui.out");
+    }
+}
+
+std::optional<int> Client::endedUi() {
+    const auto exit = ui ? ui->poll() : std::nullopt;
+    if (exit) {
+        ui.reset();
+    }
+    return exit;
+}
+
+sandbox::ChildProcess Client::startHere(const fs::path& program, const Words& words) const {
+    const fs::path output = where.root().parent_path() / (program.stem().string() + ".out");
+    auto process = system->start(program, words, output);
+    if (!process) {
+        throw std::runtime_error("cannot start " + program.string());
+    }
+    return std::move(*process);
+}
+
+double Client::handleCount() const {
+    if (!windows) {
+        std::error_code error;
+        const fs::directory_iterator all("/proc/" + std::to_string(host) + "/fd", error);
+        return static_cast<double>(std::distance(begin(all), end(all)));
+    }
+    const fs::path file = where.state() / "handles";
+    fs::remove(file);
+    startHere(where.state() / handleCounter, {system->spelled(file), "trayhost.exe"}).wait();
+    std::istringstream told(textOf(file));
+    double count = 0;
+    told >> count;
+    return count;
+}
+
+void Client::hold(const std::string& file) {
+    holder = startHere(where.client() / keeper, {system->spelled(where.client() / file)});
+}
+
+void Client::letGo() {
+    if (holder) {
+        holder->terminate();
+        holder->wait();
+        holder.reset();
+    }
+}
+
+int Client::stop() {
+    start({"stop"}, "stop.out").wait();
+    return hosting.wait();
+}
+
+std::size_t Client::delayedMoves() {
+    start({"show", "--json"}, "show.out").wait();
+    const auto shown =
+        nlohmann::json::parse(textOf(where.root().parent_path() / "show.out"), nullptr, false);
+    return shown.is_object() ? shown.value("moves", nlohmann::json::array()).size() : 0;
+}
+
+} // namespace soak
