@@ -64,7 +64,8 @@ def masked(text):
 
 
 def mutants(path):
-    """(changed text, number of the line, the line before, the line after) of each change."""
+    """(changed text, number of the line, the line above it, the line before, the line after) of
+    each change."""
     text = (ROOT / path).read_text()
     mask = masked(text)
     places = [(found.start(), found.end(), new) for old, new in CHANGES for found in re.finditer(old, mask)]
@@ -72,7 +73,8 @@ def mutants(path):
     for start, end, new in sorted(places):
         changed = text[:start] + new + text[end:]
         line = text.count("\n", 0, start)
-        yield changed, line + 1, text.split("\n")[line].strip(), changed.split("\n")[line].strip()
+        above, before = [whole.strip() for whole in ("\n" + text).split("\n")[line:line + 2]]
+        yield changed, line + 1, above, before, changed.split("\n")[line].strip()
 
 
 class Tree:
@@ -118,13 +120,13 @@ def known_survivors():
     words = {}
     for line in KNOWN.read_text().splitlines() if KNOWN.exists() else []:
         if line and not line.startswith("#"):
-            path, after, word = line.split("\t")
-            words[path, after] = word
+            *key, word = line.split("\t")
+            words[tuple(key)] = word
     return words
 
 
 def try_all(paths, trees):
-    """(path, line, before, after, what became of it), in the order of the sources."""
+    """(path, line, above, before, after, what became of it), in the order of the sources."""
     def attempt(path, mutant):
         tree = trees.get()
         try:
@@ -149,9 +151,9 @@ def report(results):
         rows.setdefault(path, []).append(what)
     for path, whats in rows.items():
         print(f"{path:45} {len(whats):5} {whats.count('killed'):6} {whats.count('refused'):7} {whats.count('alive'):5}")
-    for path, line, before, after, what in results:
+    for path, line, above, before, after, what in results:
         if what == "alive":
-            print(f"\n{path}:{line}: {words.get((path, after), 'UNKNOWN SURVIVOR')}\n  - {before}\n  + {after}")
+            print(f"\n{path}:{line}: {words.get((path, above, after), 'UNKNOWN SURVIVOR')}\n  - {before}\n  + {after}")
     whats = [result[-1] for result in results]
     killed, alive = whats.count("killed"), whats.count("alive")
     rate = 100 * killed / max(1, killed + alive)
@@ -166,7 +168,7 @@ def main(arguments):
             sys.exit(f"mutate: no tests are known for {path}; known: {', '.join(TESTS)}")
     if "--list" in arguments:
         for path in paths:
-            for _, line, before, after in mutants(path):
+            for _, line, _, before, after in mutants(path):
                 print(f"{path}:{line}\n  - {before}\n  + {after}")
         return
     WORK.mkdir(parents=True, exist_ok=True)

@@ -114,7 +114,8 @@ struct Registry final : Static<IXModuleRegistry> {
 
 struct BaseInfo final : Static<IXNBaseInfo> {
     const void* query(std::uint32_t code, const std::uint32_t* value) override {
-        return code == osVersionCode && *value == 1 ? &host().osVersion : nullptr;
+        const XOsVersionRecord& record = host().osVersion;
+        return code == osVersionCode && *value == 1 && record.size != 0 ? &record : nullptr;
     }
 };
 

@@ -90,7 +90,7 @@ public:
     int muteMode = 0;
     std::string channelType = "tulsar_upgrade_1.0";
     std::set<std::wstring> openWindows;
-    XOsVersionRecord osVersion{sizeof(XOsVersionRecord), 10, 0, 19045, {}};
+    XOsVersionRecord osVersion{sizeof(XOsVersionRecord), 10, 0, 19045, {}}; ///< none of size 0
     std::vector<std::pair<std::wstring, std::wstring>> startedPrograms;
     std::vector<std::string> events; ///< texts with a blank behind each, "-" for null
 

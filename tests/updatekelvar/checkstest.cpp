@@ -58,7 +58,7 @@ TEST(MaterialCheck, BoundsOnTheSystemsVersion) {
     XMaterialSysVerCheck check;
     EXPECT_EQ(check.parse(""), -1);
     EXPECT_TRUE(check.check());
-    EXPECT_EQ(check.parse(R"(%sysver%>="10.0.19045"&&%appver%<"1.0")"), 0);
+    EXPECT_EQ(check.parse(R"(%sysver%>="10.0.19045"&&%sysver%=="10.0.19045"&&%appver%<"1.0")"), 0);
     EXPECT_TRUE(check.check()); // three parts, and the other variable is not its own
     host.osVersion.build = 19044;
     EXPECT_FALSE(check.check());

@@ -134,4 +134,16 @@ TEST_F(ConditionTest, TheSweepNeedsAListAndAFolder) {
     EXPECT_EQ(host.settings.text(settingkeys::kelvarTempFileList), "") << "used up all the same";
 }
 
+TEST_F(ConditionTest, WithoutAnApplicationFolderTheCurrentOneIsNotSwept) {
+    startWithStoredTime(1);
+    host.has("update\\temp\\abc", "old");
+    host.settings.put(settingkeys::kelvarTempFileList, R"(["abc"])");
+    fake::setExecutable(""); // as a path that is too long is told
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(host.folder);
+    EXPECT_TRUE(passesAt(5000));
+    std::filesystem::current_path(before);
+    EXPECT_TRUE(host.exists("update\\temp\\abc"));
+}
+
 } // namespace

@@ -66,6 +66,29 @@ TEST_F(KelvarFetch, MaterialRow) {
     EXPECT_EQ(row(R"({"file_id":"f"})").downloadUrl, "http://test//f");
 }
 
+TEST_F(KelvarFetch, PacketsAttributesAsFarAsTheyAreRead) {
+    const struct {
+        const char* meta;
+        bool restartTray;
+        std::int64_t createTime;
+    } rows[] = {
+        {R"({"extends":{"restart_tray":"1"},"create_time":{"seconds":5}})", true, 0},
+        {R"({"extends":{"restart_tray":"2"}})", true, 0},
+        {R"({"extends":{"restart_tray":"0"}})", false, 0},
+        {R"({"extends":{"restart_tray":"yes"}})", false, 0},
+        {R"({"extends":{"restart_tray":""}})", false, 0},
+        {R"({"create_time":{"seconds":5}})", false, 5},
+    };
+    for (const auto& row : rows) {
+        host.answers["GetPacketMeta"] = {0, 200, std::string(R"({"meta":)") + row.meta + "}"};
+        std::shared_ptr<XPacketMetaData> data;
+        fetch.fetchPacketMeta({}, into(data));
+        ASSERT_TRUE(data) << row.meta;
+        EXPECT_EQ(data->restartTray, row.restartTray) << row.meta;
+        EXPECT_EQ(data->createTime, row.createTime) << row.meta;
+    }
+}
+
 TEST_F(KelvarFetch, RowsOnlyForAnAnswerToEveryKey) {
     const struct {
         std::size_t keys;

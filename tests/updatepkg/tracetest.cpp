@@ -39,6 +39,11 @@ TEST(UpgradeDataTest, TakesMembersOfTheRightType) {
         data.fromStored(text);
         EXPECT_EQ(data.toStored(), all);
     }
+    data.readInfo(nullptr);
+    EXPECT_EQ(data.toStored(), all);
+    data.readInfo({{"version", "w"}, {"status", 1}});
+    EXPECT_EQ(data.getVersion(), "w");
+    EXPECT_EQ(data.getStatus(), 4) << "no member of an offer";
     EXPECT_THROW(data.fromResponse(""), json::exception);
     EXPECT_THROW(data.fromStored("/**/{}"), json::exception);
 }

@@ -27,6 +27,7 @@ TEST(VersionTest, ComparesPartByPartAndTheLongerWins) {
         {"a.b", "0.0", 0},
         {"2x", "2", 0},
         {"-1", "0", -1},
+        {"+1", "1", 0},
         {"1.", "1", 1},
         {"99999999999", "2147483647", 0},
         {"-99999999999", "-2147483648", 0},
@@ -106,6 +107,10 @@ TEST(FileVersionTest, TakesTheResourceElseTheStore) {
     EXPECT_EQ(utils::getFileVersion("data\\a.dat", &untouched), "");
     EXPECT_FALSE(untouched);
     EXPECT_FALSE(utils::setDataFileVersion("data\\a.dat", "5.8"));
+    fake::setExecutable(""); // as a path that is too long is told
+    untouched = true;
+    EXPECT_EQ(utils::getFileVersion("bin\\a.dll", &untouched), "");
+    EXPECT_FALSE(untouched);
 }
 
 TEST(ClientTest, ChannelTypeByMarkerModuleThenBySecurityModule) {
@@ -166,6 +171,8 @@ TEST(ClientTest, OperatingSystemVersion) {
     FakeHost host;
     EXPECT_EQ(utils::getOSVersion(false), "10.0.19045");
     EXPECT_EQ(utils::getOSVersion(true), "10.0.19045.0");
+    host.osVersion.size = 0;
+    EXPECT_EQ(utils::getOSVersion(true), "");
     host.withoutId(L"module.base");
     EXPECT_EQ(utils::getOSVersion(false), "");
 }
