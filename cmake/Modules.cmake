@@ -19,6 +19,9 @@ function(xr_module target filename)
         file(CONFIGURE OUTPUT ${script} CONTENT "{ global: @exports@; local: *; };\n" @ONLY)
         target_link_options(${target} PRIVATE -Wl,--version-script=${script}
                             -Wl,-soname,${filename} -Wl,--no-undefined-version)
+        if(NOT XREFRESHER_SANITIZE) # there the program has what a sanitizer wants
+            target_link_options(${target} PRIVATE -Wl,-z,defs)
+        endif()
         # The script decides what is seen, so the exports themselves must not be hidden. It
         # makes unique symbols local too, with which a module would never be unloaded.
         set_target_properties(${target} PROPERTIES NO_SONAME ON LINK_DEPENDS ${script}

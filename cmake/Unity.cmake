@@ -1,5 +1,5 @@
-# XREFRESHER_UNITY, set by the presets: the sources of one folder are compiled as one, all but
-# those of the plug-in for Windows. `./dev lint` looks at each source by itself.
+# XREFRESHER_UNITY, set by the presets: the sources of one folder are compiled as one. `./dev lint`
+# looks at each source by itself.
 option(XREFRESHER_UNITY "Compile the sources of a folder at once, for a short build" OFF)
 
 # xr_unity(TARGET [ALONE file...]): called where the target is made. The anonymous namespaces of

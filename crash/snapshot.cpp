@@ -64,10 +64,10 @@ Snapshot Machine::look() const {
     if (list.load_file((host.folder / listPlace).c_str())) {
         now.fileList.emplace();
         for (const pugi::xml_node entry : list.child("Root").child("FileList")) {
-            std::string& told = (*now.fileList)[entry.attribute("Name").as_string()];
-            told.append(entry.attribute("Version").as_string()).append(" ");
-            told.append(entry.attribute("MD5").as_string()).append(" ");
-            told.append(entry.attribute("Size").as_string());
+            std::string& stands = (*now.fileList)[entry.attribute("Name").as_string()];
+            stands.append(entry.attribute("Version").as_string()).append(" ");
+            stands.append(entry.attribute("MD5").as_string()).append(" ");
+            stands.append(entry.attribute("Size").as_string());
         }
     }
     return now;

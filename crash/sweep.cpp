@@ -143,8 +143,8 @@ Row tryOne(Machine& machine, const Baseline& baseline, Disturbance disturbance, 
     } else {
         trial.sessions = {machine.run({.disturbance = disturbance, .at = at})};
     }
-    if (const auto& steps = trial.sessions.front().steps; steps.size() >= at) {
-        trial.step = steps[at - 1];
+    if (const auto& made = trial.sessions.front().steps; made.size() >= at) {
+        trial.step = made[at - 1];
     }
     trial.broken = machine.look();
     std::vector<Finding> findings;

@@ -2,8 +2,8 @@
 // the program lie xnbase.dll, which is xnbase.cpp, and xnplugins/xrefresher.dll.
 // docs/embedding.md tells what a host does beyond this.
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <thread>
 
 #include "host/ixtrayplugin.h"
@@ -19,7 +19,7 @@ template <class Function>
 Function require(platform::ModuleHandle module, const char* name) {
     void* const found = platform::findExport(module, name);
     if (found == nullptr) {
-        std::fprintf(stderr, "minimalhost: no module with %s\n", name);
+        std::cerr << "minimalhost: no module with " << name << "\n";
         std::exit(1);
     }
     return reinterpret_cast<Function>(found);
@@ -29,7 +29,7 @@ Function require(platform::ModuleHandle module, const char* name) {
 
 int main(int count, char** arguments) {
     if (count != 2) {
-        std::fprintf(stderr, "usage: minimalhost http://HOST:PORT\n");
+        std::cerr << "usage: minimalhost http://HOST:PORT\n";
         return 2;
     }
     // Before the plug-in, which looks for this module in the process and never loads it.

@@ -167,8 +167,8 @@ void Console::table(const Cells& titles, std::vector<Cells> rows) {
         line("none");
         return;
     }
-    for (Cells& row : rows) {
-        row = printableCells(std::move(row));
+    for (Cells& cells : rows) {
+        cells = printableCells(std::move(cells));
     }
     const std::vector<std::size_t> widths = columnsOf(titles, rows);
     const auto write = [&](const Cells& cells) {

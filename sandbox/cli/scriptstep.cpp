@@ -22,7 +22,7 @@ struct StepMember {
     Holds holds;
 };
 
-constexpr const char* packageName = "package";
+constexpr const char* packageFile = "package";
 
 constexpr std::array<StepMember, 12> stepMembers{{{"set", Kind::set, Holds::change},
                                                   {"release", Kind::release, Holds::package},
@@ -58,7 +58,7 @@ void readValue(const ScenarioPart& part, const StepMember& member, ScriptStep& s
         checkSet(step.change);
         break;
     case Holds::package:
-        if (part.text(member.name) != packageName) {
+        if (part.text(member.name) != packageFile) {
             throw std::runtime_error("a step of ui is only of the package: " + step.words);
         }
         break;

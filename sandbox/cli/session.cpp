@@ -148,11 +148,11 @@ void Session::serve(const Phase& phase) {
     upgrade = buildUpgrade(readUpgrade(upgradeIn(scenario.upgrade, phase.options)), scenario,
                            system, binaries, platform->address());
     const Json options = withStoredAsks(phase.options, expectation->lastState());
-    ExpectedRun run = expectedRunOf(options);
+    ExpectedRun expected = expectedRunOf(options);
     if (scenario.platform.version.empty()) {
-        run.questions = {0};
+        expected.questions = {0};
     }
-    platform->beginRun(offerOf(scenario, materials, options), run, upgrade.offer,
+    platform->beginRun(offerOf(scenario, materials, options), expected, upgrade.offer,
                        expectedUpgradeOf(scenario, upgrade, options), serverFaults(phase));
 }
 

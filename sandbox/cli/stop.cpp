@@ -11,7 +11,7 @@ namespace sandbox {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr auto lookPause = std::chrono::milliseconds(20);
+constexpr auto stopPause = std::chrono::milliseconds(20);
 constexpr auto stopLimit = std::chrono::seconds(60); // work that is under way is waited for
 
 } // namespace
@@ -23,7 +23,7 @@ bool stopHost(const Folders& folders) {
     std::ofstream(folders.stop()) << "the user has ended the run\n";
     const auto end = Clock::now() + stopLimit;
     while (FileLock::isTaken(folders.hostLock()) && Clock::now() < end) {
-        std::this_thread::sleep_for(lookPause);
+        std::this_thread::sleep_for(stopPause);
     }
     return !FileLock::isTaken(folders.hostLock());
 }

@@ -158,28 +158,28 @@ std::string valueText(const Json& value) {
 } // namespace
 
 std::string Fault::words() const {
-    std::string text;
+    std::string whole;
     const std::string form = kind().words;
     for (std::size_t at = 0; at < form.size();) {
         const std::size_t open = form.find('{', at);
-        text += form.substr(at, open - at);
+        whole += form.substr(at, open - at);
         const std::size_t close = form.find('}', open);
         if (open == std::string::npos || close == std::string::npos) {
             break;
         }
-        text += valueText(parameters.value(form.substr(open + 1, close - open - 1), Json()));
+        whole += valueText(parameters.value(form.substr(open + 1, close - open - 1), Json()));
         at = close + 1;
     }
-    return text;
+    return whole;
 }
 
 std::string Fault::title() const {
-    std::string text = name + " on " + on;
-    text += attempt == 0 ? "" : ", attempt " + std::to_string(attempt);
+    std::string whole = name + " on " + on;
+    whole += attempt == 0 ? "" : ", attempt " + std::to_string(attempt);
     if (has("from") && number("from") > 0) {
-        text += ", from tick " + std::to_string(number("from"));
+        whole += ", from tick " + std::to_string(number("from"));
     }
-    return text + (has("until") ? ", until tick " + std::to_string(number("until")) : "");
+    return whole + (has("until") ? ", until tick " + std::to_string(number("until")) : "");
 }
 
 Json Fault::record() const {

@@ -33,8 +33,9 @@ public:
 
     Bytes encode(std::span<const std::uint8_t> frame) override {
         deflateReset(&stream);
-        if (!history.empty()) {
-            deflateSetDictionary(&stream, history.data(), static_cast<uInt>(history.size()));
+        if (!history.empty() && deflateSetDictionary(&stream, history.data(),
+                                                     static_cast<uInt>(history.size())) != Z_OK) {
+            throw std::logic_error("a frame is no dictionary for the next one");
         }
         history.assign(frame.begin(), frame.end());
         Bytes block{'C', 'K'};

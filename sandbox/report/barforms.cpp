@@ -9,7 +9,7 @@
 namespace sandbox::report {
 namespace {
 
-constexpr std::array<BarForm, 7> forms{{
+constexpr std::array<BarForm, 7> barForms{{
     {"update plugin, kelvar http, request:", Kind::request, "", "kelvar"},
     {"update plugin, file, task check, request:", Kind::request, "check of the data files", "file",
      "/upgrade/v1/file/check"},
@@ -21,17 +21,17 @@ constexpr std::array<BarForm, 7> forms{{
     {"update plugin, kelvar, task move, move:", Kind::move, ""},
 }};
 
-std::string lastElement(const std::string& text) {
+std::string lastPart(const std::string& text) {
     return text.substr(text.rfind('/') + 1);
 }
 
 } // namespace
 
 const BarForm* barFormOf(const LogLine& line) {
-    const auto found = std::find_if(forms.begin(), forms.end(), [&](const BarForm& form) {
+    const auto found = std::find_if(barForms.begin(), barForms.end(), [&](const BarForm& form) {
         return line.text.starts_with(form.begins);
     });
-    return found == forms.end() ? nullptr : found;
+    return found == barForms.end() ? nullptr : found;
 }
 
 std::string titleOf(const LogLine& line, const BarForm& form) {
@@ -42,10 +42,9 @@ std::string titleOf(const LogLine& line, const BarForm& form) {
         return trimmed(to == std::string::npos ? rest : rest.substr(to + 4));
     }
     case Kind::request:
-        return *form.title == '\0' ? lastElement(rest.substr(0, rest.find(" , data:")))
-                                   : form.title;
+        return *form.title == '\0' ? lastPart(rest.substr(0, rest.find(" , data:"))) : form.title;
     default:
-        return *form.title == '\0' ? lastElement(rest) : form.title + std::string(rest);
+        return *form.title == '\0' ? lastPart(rest) : form.title + std::string(rest);
     }
 }
 

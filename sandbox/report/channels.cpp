@@ -25,7 +25,7 @@ constexpr Start programStarts[] = {
      "orvdefender.exe --install"},
 };
 
-struct Form {
+struct ChannelForm {
     std::string_view begins;
     const char* channel;
     const char* words;
@@ -33,7 +33,7 @@ struct Form {
     bool isEachTick = false;
 };
 
-constexpr Form forms[] = {
+constexpr ChannelForm channelForms[] = {
     {"XUpdateMgr doItem isMugeMode return", "all", "mute mode: no channel was driven", false, true},
     {"update plugin, queue, has task, ignore", "all", "a drive was dropped, as a chain still ran",
      false, true},
@@ -107,21 +107,23 @@ constexpr Form forms[] = {
      true},
 };
 
-const Form* formOf(const std::string& text) {
-    const auto found = std::find_if(std::begin(forms), std::end(forms), [&](const Form& form) {
-        return text.compare(0, form.begins.size(), form.begins) == 0;
-    });
-    return found == std::end(forms) ? nullptr : found;
+const ChannelForm* formOf(const std::string& text) {
+    const auto found = std::find_if(
+        std::begin(channelForms), std::end(channelForms), [&](const ChannelForm& form) {
+            return text.compare(0, form.begins.size(), form.begins) == 0;
+        });
+    return found == std::end(channelForms) ? nullptr : found;
 }
 
-std::string valueOf(const std::string& text, const Form& form) {
+std::string valueOf(const std::string& text, const ChannelForm& form) {
     std::string value = form.hasValue ? trimmed(text.substr(form.begins.size())) : "";
     if (value.size() > longestValue) {
         std::size_t end = longestValue;
         while (end > 0 && (static_cast<unsigned char>(value[end]) & 0xC0U) == 0x80U) {
             --end; // not in the middle of a character
         }
-        value = value.substr(0, end) + "...";
+        value.resize(end);
+        value += "...";
     }
     return value;
 }
@@ -205,7 +207,7 @@ std::vector<ChannelStep> channelSteps(const Log& log, const Starts& starts, std:
     for (auto i = static_cast<std::size_t>(from - log.lines.begin());
          i < log.lines.size() && log.lines[i].number < end; ++i) {
         const LogLine& line = log.lines[i];
-        if (const Form* form = formOf(line.text)) {
+        if (const ChannelForm* form = formOf(line.text)) {
             const auto start = starts.find(line.number);
             const std::string words = start == starts.end() ? form->words : start->second;
             const std::string value = valueOf(line.text, *form);

@@ -1,5 +1,6 @@
 #include "sandbox/report/explanation.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "sandbox/common/clientpath.h"
@@ -52,7 +53,7 @@ private:
         take(text, ", curr ver: ", ' ', client);
         if (take(text, "\"osVersion\":\"", '"', system)) {
             // The other channels ask with four parts, of which conditions see three.
-            system = system.substr(0, system.rfind('.'));
+            system.erase(std::min(system.rfind('.'), system.size()));
         }
     }
 

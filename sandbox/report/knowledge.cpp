@@ -17,7 +17,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr std::size_t hashInName = 12; ///< "m01-6d33f6d67f1b"
+constexpr std::size_t hashPart = 12; ///< "m01-6d33f6d67f1b"
 constexpr std::int64_t zoneStep = 15LL * 60 * 1000;
 
 /// The scenario of a run that was started in another folder than this one, or in this one.
@@ -51,7 +51,7 @@ void readStorage(const Folders& folders, Knowledge& known) {
     for (const auto& entry : std::filesystem::directory_iterator(folders.storage(), error)) {
         const std::string file = pathText(entry.path().filename());
         const std::size_t dash = file.rfind('-');
-        if (dash != std::string::npos && file.size() - dash - 1 == hashInName) {
+        if (dash != std::string::npos && file.size() - dash - 1 == hashPart) {
             known.stored[file] = file.substr(0, dash);
         }
     }
@@ -156,7 +156,7 @@ std::string Knowledge::nameOf(const std::string& fileId, const std::string& md5)
     }
     std::vector<std::string> names;
     for (const auto& [file, name] : stored) {
-        if (md5.size() >= hashInName && endsWith(file, "-" + md5.substr(0, hashInName))) {
+        if (md5.size() >= hashPart && endsWith(file, "-" + md5.substr(0, hashPart))) {
             names.push_back(name);
         }
     }

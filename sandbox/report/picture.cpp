@@ -15,8 +15,8 @@ constexpr double laneTitleHeight = 18;
 constexpr double laneGap = 8;
 constexpr double rowHeight = 15;
 constexpr double barHeight = 12;
-constexpr double least = 3;   ///< width of the shortest bar
-constexpr double between = 1; ///< bars of one row
+constexpr double least = 3;  ///< width of the shortest bar
+constexpr double barGap = 1; ///< bars of one row
 constexpr double perLetter = 6.2;
 constexpr double titleDistance = 900;
 constexpr double titleRoom = 110;
@@ -58,7 +58,7 @@ void place(const TimelineEvent& event, const Axis& axis, DrawnLane& lane) {
     if (free == lane.rowEnds.end()) {
         lane.rowEnds.push_back(0);
     }
-    lane.rowEnds[row] = left + widthOf(event, axis) + between;
+    lane.rowEnds[row] = left + widthOf(event, axis) + barGap;
     lane.bars.emplace_back(&event, row);
 }
 
@@ -162,7 +162,7 @@ double behindCuts(const Axis& axis, double x) {
     double shift = 0;
     for (const Axis::Piece& piece : axis.all()) {
         if (piece.isCut && x + shift < piece.right && x + shift + titleRoom > piece.left) {
-            shift = piece.right - x + between;
+            shift = piece.right - x + barGap;
         }
     }
     return shift;

@@ -8,13 +8,13 @@ namespace sandbox::report {
 namespace {
 
 /// A line begins with `begins`; `between` parts its values.
-struct Form {
+struct SayingForm {
     std::string_view begins;
     Says says;
     std::array<std::string_view, 2> between{};
 };
 
-constexpr Form forms[] = {
+constexpr SayingForm sayingForms[] = {
     {"update plugin, kelvar, check update ...", Says::driven},
     {"update plugin, kelvar, task condition, check ...", Says::gate},
     {"update plugin, kelvar, task condition, check times fail, so ignore.", Says::gateShut},
@@ -94,7 +94,7 @@ bool isPartedAtTheEnd(Says says) {
            says == Says::hashDiffers;
 }
 
-std::vector<std::string> valuesOf(std::string rest, const Form& form) {
+std::vector<std::string> valuesOf(std::string rest, const SayingForm& form) {
     std::vector<std::string> values;
     for (const std::string_view between : form.between) {
         if (between.empty()) {
@@ -133,7 +133,7 @@ std::string trimmed(const std::string& text) {
 }
 
 std::optional<Saying> sayingOf(const std::string& text) {
-    for (const Form& form : forms) {
+    for (const SayingForm& form : sayingForms) {
         if (text.compare(0, form.begins.size(), form.begins) == 0) {
             return Saying{form.says, valuesOf(text.substr(form.begins.size()), form)};
         }

@@ -28,8 +28,8 @@ Standing::Standing(const Knowledge& knowledge) : known(knowledge), store(knowled
 void Standing::reach(const KelvarRun& run) {
     for (; nextEvent < known.events.size(); ++nextEvent) {
         const auto& event = known.events[nextEvent];
-        const auto at = known.onLogClock(event["at"].get<std::int64_t>());
-        if (!at || !run.begin || *at >= *run.begin) {
+        const auto time = known.onLogClock(event["at"].get<std::int64_t>());
+        if (!time || !run.begin || *time >= *run.begin) {
             return;
         }
         if (textOf(event, "kind") == "version") {

@@ -28,12 +28,12 @@ std::string upgradePacketBody(const ExpectedRun& run) {
                  {"need_min_ver", false}});
 }
 
-Json channelKey(const Offer& offer) {
+Json askedChannel(const Offer& offer) {
     return {{"product_id", offer.productId}, {"id", offer.channelId}};
 }
 
 Json materialKey(const Offer& offer, const OfferedMaterial& material) {
-    const Json module = {{"channel_id", channelKey(offer)}, {"id", material.moduleId}};
+    const Json module = {{"channel_id", askedChannel(offer)}, {"id", material.moduleId}};
     return {{"material_id", {{"module_id", module}, {"id", material.id}}},
             {"ver", material.version}};
 }
@@ -80,7 +80,7 @@ std::string expectedBody(std::size_t question, const Offer& offer, const Expecte
                      {"start_ver", run.version},
                      {"target_ver", offer.version}});
     case 2:
-        return line({{"key", {{"channel_id", channelKey(offer)}, {"ver", offer.version}}},
+        return line({{"key", {{"channel_id", askedChannel(offer)}, {"ver", offer.version}}},
                      {"subscriber", ""}});
     case 4:
         return materialMetaBody(offer);

@@ -11,7 +11,7 @@ using Client = HealthyClient;
 
 constexpr const char* listFile = "home/OrvSecurity/config/uninst/filelist.xml";
 
-const Case cases[] = {
+const Case fileRows[] = {
     {"Link", Code::strangeFile, "engine\\link",
      [](Client& c) {
          std::filesystem::create_symlink("/", c.file("engine\\link"));
@@ -94,5 +94,5 @@ const Case cases[] = {
 } // namespace
 
 std::vector<Case> fileCases() {
-    return {std::begin(cases), std::end(cases)};
+    return {std::begin(fileRows), std::end(fileRows)};
 }

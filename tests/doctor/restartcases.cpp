@@ -18,7 +18,7 @@ std::string addWaiting(Client& client, const std::string& target) {
     return name;
 }
 
-const Case cases[] = {
+const Case restartRows[] = {
     {"PaddingClimbs", Code::paddingOutside, "..\\a.dll",
      [](Client& c) {
          c.setJson(paddingSetting,
@@ -104,5 +104,5 @@ const Case cases[] = {
 } // namespace
 
 std::vector<Case> restartCases() {
-    return {std::begin(cases), std::end(cases)};
+    return {std::begin(restartRows), std::end(restartRows)};
 }

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "sandbox/platform/childprocess.h"
+#include "tests/support/clientbuild.h"
 
 // xsandbox on a real run, of a scenario that it has written itself.
 
@@ -13,9 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
-
-/// The Windows build whose client is to run, under Wine; not there for a native one.
-const char* const windowsBuild = std::getenv("XSANDBOX_WINDOWS");
 
 class DoctorOnRun : public testing::Test {
 protected:
@@ -44,13 +42,9 @@ protected:
     }
 
     int run(const std::string& scenario) const {
-        std::vector<std::string> arguments{"run",      (folder / scenario).string(),
-                                           "--folder", (folder / "run").string(),
-                                           "--steps",  "1"};
-        if (windowsBuild != nullptr) {
-            arguments.insert(arguments.end(), {"--windows", "--binaries", windowsBuild});
-        }
-        return xsandbox(arguments).value("status", -1);
+        return xsandbox(clientbuild::with({"run", (folder / scenario).string(), "--folder",
+                                           (folder / "run").string(), "--steps", "1"}))
+            .value("status", -1);
     }
 
     std::vector<std::string> findings() const {

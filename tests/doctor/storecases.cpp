@@ -13,7 +13,7 @@ void storeOffer(Client& client, int status, const std::string& version, const st
         {{"status", status}, {"needUpgrade", true}, {"version", version}, {"packageMD5", md5}});
 }
 
-const Case cases[] = {
+const Case storeRows[] = {
     {"VersionsBroken", Code::versionsUnreadable, "versions.json",
      [](Client& c) {
          c.overwritten["sandbox/versions.json"] = "[1]";
@@ -102,5 +102,5 @@ const Case cases[] = {
 } // namespace
 
 std::vector<Case> storeCases() {
-    return {std::begin(cases), std::end(cases)};
+    return {std::begin(storeRows), std::end(storeRows)};
 }

@@ -45,8 +45,8 @@ protected:
     }
 
     auto start(std::vector<std::string> arguments, const fs::path& output) const {
-        if (windowsBuild != nullptr && (arguments[0] == "run" || arguments[0] == "host")) {
-            arguments.insert(arguments.begin() + 1, {"--windows", "--binaries", windowsBuild});
+        if (arguments[0] == "run" || arguments[0] == "host") {
+            arguments = clientbuild::with(std::move(arguments));
         }
         arguments.insert(arguments.end(), {"--folder", (folder / "run").string()});
         return sandbox::ChildProcess::start(XSANDBOX, arguments, folder, output);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -9,12 +8,10 @@
 #include <vector>
 
 #include "sandbox/platform/childprocess.h"
+#include "support/clientbuild.h"
 
 /// Whole runs of scenarios that tests make up.
 namespace e2e {
-
-/// The Windows build whose client is to run, under Wine; not there for a native one.
-inline const char* const windowsBuild = std::getenv("XSANDBOX_WINDOWS");
 
 inline std::string textOf(const std::filesystem::path& path) {
     std::ostringstream text;
@@ -38,11 +35,9 @@ inline int callXsandbox(const std::vector<std::string>& arguments,
 inline int runScenario(const nlohmann::json& scenario, const std::filesystem::path& folder) {
     const std::filesystem::path file = folder / "scenario.json";
     std::ofstream(file) << scenario.dump(2);
-    std::vector<std::string> arguments{"run", file.string(), "--folder", (folder / "run").string()};
-    if (windowsBuild != nullptr) {
-        arguments.insert(arguments.end(), {"--windows", "--binaries", windowsBuild});
-    }
-    return callXsandbox(arguments, folder, "output");
+    const std::vector<std::string> call =
+        clientbuild::with({"run", file.string(), "--folder", (folder / "run").string()});
+    return callXsandbox(call, folder, "output");
 }
 
 /// The lines of the run's faults.jsonl.

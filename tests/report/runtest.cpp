@@ -114,7 +114,7 @@ TEST_F(ReportTest, NamesEachFaultOfTheServer) {
         scenario["phases"] = Json::array({scenario["phases"][0]});
         scenario["phases"][0]["faults"] = Json::array({Json::parse(row.fault)});
         fs::remove_all(run);
-        play(scenario);
+        play(scenario, 1);
         const Json told = explained();
         ASSERT_FALSE(told.is_discarded()) << said;
         ASSERT_EQ(told["runs"].size(), 1U) << row.fault;

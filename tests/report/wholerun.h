@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "sandbox/platform/childprocess.h"
+#include "tests/support/clientbuild.h"
 
 // Whole runs of the sandbox, and what their scenario's author wrote down beforehand.
 
@@ -19,8 +20,6 @@ namespace wholerun {
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
-/// The Windows build whose client is to run, under Wine; not there for a native one.
-inline const char* const windowsBuild = std::getenv("XSANDBOX_WINDOWS");
 /// A folder with a finished run of five-channels.json.
 inline const char* const demoRun = std::getenv("REPORT_DEMO");
 
@@ -54,15 +53,12 @@ protected:
         return exit;
     }
 
-    /// Plays a scenario in the test's folder.
-    void play(const Json& scenario) {
+    /// Plays a scenario in the test's folder; `worst` is the exit status that it may have.
+    void play(const Json& scenario, int worst = 0) {
         std::ofstream(folder / "scenario.json") << scenario.dump(2);
-        std::vector<std::string> call{"run", (folder / "scenario.json").string(), "--folder",
-                                      run.string()};
-        if (windowsBuild != nullptr) {
-            call.insert(call.end(), {"--windows", "--binaries", windowsBuild});
-        }
-        ASSERT_LT(xsandbox(call), 2) << said;
+        const std::vector<std::string> call = clientbuild::with(
+            {"run", (folder / "scenario.json").string(), "--folder", run.string()});
+        ASSERT_LE(xsandbox(call), worst) << said;
     }
 
     Json explained() {

@@ -91,13 +91,12 @@ Json documentOf(const Report& report) {
                             {"means", kind.means},
                             {"do", kind.remedy}});
     }
-    Json inUse = Json::array();
+    Json used = Json::array();
     for (const doctor::InUse& file : report.inUse) {
-        inUse.push_back(
-            {{"file", file.file}, {"by", file.by}, {"replaceWaits", file.replaceWaits}});
+        used.push_back({{"file", file.file}, {"by", file.by}, {"replaceWaits", file.replaceWaits}});
     }
     return {{"findings", findings},
-            {"inUse", inUse},
+            {"inUse", used},
             {"unseen", report.unseen},
             {"files", report.files},
             {"listed", report.listed}};

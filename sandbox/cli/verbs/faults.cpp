@@ -67,16 +67,16 @@ void show(const FaultKind& kind, Console& console) {
     console.line(std::string("  example    ") + kind.example);
 }
 
-int listFaults(const std::vector<std::string>& names, Output& output) {
+int listFaults(const std::vector<std::string>& asked, Output& output) {
     Json list = Json::array();
-    for (const std::string& name : names) {
+    for (const std::string& name : asked) {
         if (findFaultKind(name) == nullptr) {
             throw std::runtime_error("there is no fault \"" + name + "\"; known are " +
                                      faultNames(~0U));
         }
     }
     for (const FaultKind& kind : faultKinds()) {
-        if (names.empty() || std::find(names.begin(), names.end(), kind.name) != names.end()) {
+        if (asked.empty() || std::find(asked.begin(), asked.end(), kind.name) != asked.end()) {
             show(kind, output.console());
             list.push_back(jsonOf(kind));
         }
@@ -91,11 +91,11 @@ Verb addFaults(CLI::App& app) {
     CLI::App* command = app.add_subcommand(
         "faults", "List the faults that a scenario can name: what each does, where it may stand, "
                   "what it takes");
-    const auto names = std::make_shared<std::vector<std::string>>();
-    command->add_option("fault", *names, "These only")->type_name("FAULT");
+    const auto asked = std::make_shared<std::vector<std::string>>();
+    command->add_option("fault", *asked, "These only")->type_name("FAULT");
     endHelp(command, {{"faults", "faults cut silent"}, "always", ""});
-    return {command, [names](Output& output) {
-                return listFaults(*names, output);
+    return {command, [asked](Output& output) {
+                return listFaults(*asked, output);
             }};
 }
 

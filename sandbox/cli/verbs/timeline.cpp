@@ -13,7 +13,6 @@
 namespace sandbox {
 namespace {
 
-using report::Kind;
 using report::Timeline;
 using report::TimelineEvent;
 
@@ -26,7 +25,7 @@ struct TimelineOptions {
 void print(const Timeline& timeline, bool ticks, Console& console) {
     std::vector<std::vector<std::string>> rows;
     for (const TimelineEvent& event : timeline.events) {
-        if (event.kind == Kind::tick && !ticks) {
+        if (event.kind == report::Kind::tick && !ticks) {
             continue;
         }
         const std::string duration = event.isBar() ? report::durationText(event.duration()) : "";
@@ -51,9 +50,9 @@ nlohmann::json resultOf(const Timeline& timeline) {
                           {"line", event.line == 0 ? nullptr : nlohmann::json(event.line)}});
     }
     return {{"events", events},
-            {"requests", timeline.count(Kind::request)},
-            {"transfers", timeline.count(Kind::transfer)},
-            {"moves", timeline.count(Kind::move)}};
+            {"requests", timeline.count(report::Kind::request)},
+            {"transfers", timeline.count(report::Kind::transfer)},
+            {"moves", timeline.count(report::Kind::move)}};
 }
 
 int tell(const TimelineOptions& options, Output& output) {

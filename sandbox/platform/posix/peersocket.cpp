@@ -1,17 +1,19 @@
 #include "sandbox/platform/peersocket.h"
 
+#include <chrono>
 #include <linux/sockios.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
+#include <thread>
 #include <unistd.h>
 
 namespace sandbox {
 namespace {
 
-constexpr int deliveryLooks = 1000; // of a millisecond each, for bytes on their way
-constexpr useconds_t lookPause = 1000;
+constexpr int deliveryLooks = 1000; // for bytes on their way
+constexpr std::chrono::milliseconds lookPause{1};
 
 bool isReady(int socket, short events, int milliseconds) {
     pollfd one{socket, events, 0};
@@ -47,7 +49,7 @@ void closeByReset(int socket) {
     int waiting = 0;
     for (int i = 0; i < deliveryLooks && ioctl(socket, SIOCOUTQ, &waiting) == 0 && waiting > 0;
          ++i) {
-        usleep(lookPause);
+        std::this_thread::sleep_for(lookPause);
     }
     const linger atOnce{1, 0};
     setsockopt(socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
