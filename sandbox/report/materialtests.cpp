@@ -68,7 +68,7 @@ struct Look {
 };
 
 std::vector<Look> looksOf(const Material& row, const Test& version) {
-    const std::string member = row.tried == Try::cabinet ? row.detail[0] : "";
+    const std::string cause = row.tried == Try::cabinet ? row.detail[0] : "";
     return {
         {Try::badName,
          {"names", row.tried == Try::badName ? bothHashes(row) : row.md5, "is", "a plain name", "",
@@ -76,8 +76,8 @@ std::vector<Look> looksOf(const Material& row, const Test& version) {
         {Try::badPath, {"target", row.target, "below", "the client's folder", "", ""}},
         {Try::isFolder, {"target", row.target, "is", "no folder", "", ""}},
         {Try::cabinet,
-         {"cabinet", member.empty() ? "if it is one" : "its member " + member, "expands into",
-          "the update folder", "", ""}},
+         {"cabinet", cause.empty() ? "if it is one" : cause, "expands into", "the update folder",
+          "", ""}},
         {Try::missing,
          {"file", row.tried == Try::missing ? row.detail[0] : "the file to place", "is in",
           "the update folder", "", ""}},

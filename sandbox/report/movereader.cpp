@@ -62,6 +62,7 @@ void MoveReader::see(const Saying& saying, const LogLine& line, KelvarRun& run) 
     case Says::badPath:
     case Says::targetIsFolder:
     case Says::badMember:
+    case Says::bigCabinet:
     case Says::cabinetFailed:
     case Says::sourceMissing:
     case Says::hashDiffers:
@@ -112,7 +113,14 @@ void MoveReader::refuse(const Saying& saying, const LogLine& line, KelvarRun& ru
         keep(Material::Try::version);
         return;
     case Says::badMember:
-        keep(Material::Try::cabinet);
+        why = Material::Try::cabinet;
+        details = {"its member " + saying.values[0], ""};
+        return;
+    case Says::bigCabinet:
+        why = Material::Try::cabinet;
+        details = {"all it asks for, " + saying.values[0] + " members, " + saying.values[1] +
+                       " bytes",
+                   ""};
         return;
     case Says::badMoveName:
         why = Material::Try::badName;

@@ -36,6 +36,7 @@ enum class Says {
     badPath,
     targetIsFolder,
     badMember,
+    bigCabinet,
     cabinetFailed,
     sourceMissing,
     hashDiffers,

@@ -36,6 +36,10 @@ TEST(FieldLogTests, GiveTheReasonOfEachRefusal) {
         {FETCH(A, "a") KELVAR "task premove, bad member: ..\\x , cabinet: " A " \n" KELVAR
                               "task premove, error: " A "  to  a \n",
          "cabinet does not expand", "its member ..\\x"},
+        {FETCH(A, "a") KELVAR
+         "task premove, cabinet asks for too much, members: 2 , unpacked bytes: 3000000000 , "
+         "cabinet: " A " \n" KELVAR "task premove, error: " A "  to  a \n",
+         "cabinet does not expand", "all it asks for, 2 members, 3000000000 bytes"},
         {FETCH(A, "a") KELVAR "needMove, src not exist: C:\\u\\x \n" KELVAR
                               "task move, not need move: " A "  to  a \n",
          "file is missing in its cabinet"},
