@@ -7,7 +7,7 @@ import subprocess
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-WORK = ROOT / "build/bench"
+WORK = pathlib.Path(os.environ.get("BENCH_FOLDER", ROOT / "build/bench"))
 TURNS = WORK / "turns"
 MODULES = ("xnbase.dll", "XNSetting.dll", "OrvBase.dll", "OrvSecurityver.dll")
 
@@ -52,6 +52,7 @@ class Server:
 def fresh(name):
     """A new folder. None is taken away before all is measured: what was just deleted makes new files dear."""
     TURNS.mkdir(parents=True, exist_ok=True)
+    os.sync()  # nor is anything of the turn before still on its way to the disk
     return pathlib.Path(tempfile.mkdtemp(prefix=name + "-", dir=TURNS))
 
 

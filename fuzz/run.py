@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the targets, one after the other, and tells what became of each.
+"""Runs the targets, one on each processor, and tells what became of each.
 
   run.py PROGRAMS SECONDS TARGET...
 
@@ -7,6 +7,7 @@ PROGRAMS is the folder with the programs, fuzz_TARGET. What a target finds new i
 build/fuzz/TARGET/corpus for the next time; its log and the inputs that broke it lie beside. The
 exit status is 1 when one did.
 """
+import concurrent.futures
 import os
 import pathlib
 import re
@@ -54,10 +55,10 @@ def main():
     line = "{:<14} {:>12} {:>13} {:>8} {:>9} {:>8}"
     print(line.format(*HEAD), flush=True)
     crashes = []
-    for target in targets:
-        row, crash = run(str(programs / f"fuzz_{target}"), target, seconds)
-        print(line.format(*row), flush=True)
-        crashes += [crash] if crash else []
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as runs:
+        for row, crash in runs.map(lambda target: run(str(programs / f"fuzz_{target}"), target, seconds), targets):
+            print(line.format(*row), flush=True)
+            crashes += [crash] if crash else []
     print("\n".join(crashes), end="\n" if crashes else "")
     return 1 if crashes else 0
 

@@ -74,6 +74,30 @@ TEST(SystemPath, FollowsAFolderOfManyNames) {
     EXPECT_EQ(mapped("OTHER"), "otHer");
 }
 
+TEST(SystemPath, FollowsMoreFoldersThanAreWatched) {
+    const TemporaryFolder folder;
+    constexpr int folders = 7;
+    const auto mapped = [&folder](int number, const std::string& name) {
+        const std::string path = folder.path("many" + std::to_string(number) + "\\" + name);
+        return std::filesystem::path(systemPath(path)).filename().string();
+    };
+    for (int number = 0; number < folders; ++number) {
+        std::filesystem::create_directories(folder.onDisk("many" + std::to_string(number)));
+        for (int i = 0; i < 50; ++i) {
+            folder.write("many" + std::to_string(number) + "/name" + std::to_string(i), "");
+        }
+    }
+    for (int round = 0; round < 3; ++round) {
+        for (int number = 0; number < folders; ++number) {
+            const std::string late = "late" + std::to_string(round);
+            EXPECT_EQ(mapped(number, "NAME7"), "name7") << round << ' ' << number;
+            EXPECT_EQ(mapped(0, "NAME7"), "name7") << round; // never the one to go
+            folder.write("many" + std::to_string(number) + '/' + late, "");
+            EXPECT_EQ(mapped(number, "LATE" + std::to_string(round)), late) << number;
+        }
+    }
+}
+
 /// Lets no file of this process grow beyond a size, as a full disk would.
 class FileSizeLimit {
 public:

@@ -27,9 +27,6 @@ public:
         if (decompressor) {
             content = decompressor->open(decompressor, path.c_str());
         }
-        if (content) {
-            entries = indexOf(path);
-        }
     }
     ~Cabinet() {
         if (content) {
@@ -67,9 +64,12 @@ private:
     }
 
     /// Whether the data of a member lies in this cabinet alone.
-    bool isWhole(std::size_t index, const CabinetCallback& callback) const {
+    bool isWhole(std::size_t index, const CabinetCallback& callback) {
+        if (!entries) {
+            entries = indexOf(files.cabinetPath());
+        }
         const std::uint16_t folder =
-            index < entries.size() ? entries[index].folder : continuedFromPrevious;
+            index < entries->size() ? (*entries)[index].folder : continuedFromPrevious;
         if (folder == continuedToNext || folder == continuedOnBothSides) {
             CabinetMember wanted{content->nextname ? content->nextname : "", 0, {}};
             callback(CabinetNotification::needNewCabinet, wanted);
@@ -93,7 +93,7 @@ private:
     MspackFiles files;
     mscab_decompressor* decompressor;
     mscabd_cabinet* content = nullptr;
-    std::vector<CabinetEntry> entries;
+    std::optional<std::vector<CabinetEntry>> entries; ///< read when a member is to be extracted
 };
 
 } // namespace

@@ -10,25 +10,32 @@
 
 namespace platform {
 
+using posix::callWithPath;
 using posix::fail;
 using posix::failFromErrno;
 using posix::mapPath;
+using posix::statusOf;
+
+namespace {
+
+bool makesFile(const char* mode) {
+    return *mode != 'r';
+}
+
+} // namespace
 
 bool fileExists(const std::string& path) {
-    const std::optional<std::string> mapped = mapPath(path);
     struct stat status {};
-    return mapped && (::stat(mapped->c_str(), &status) == 0 || failFromErrno(*mapped));
+    return statusOf(path, status);
 }
 
 bool isFolder(const std::string& path) {
-    const std::optional<std::string> mapped = mapPath(path);
     struct stat status {};
-    return mapped && ::stat(mapped->c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    return statusOf(path, status) && S_ISDIR(status.st_mode);
 }
 
 bool canAccess(const std::string& path) {
-    const std::optional<std::string> mapped = mapPath(path);
-    return mapped && (::access(mapped->c_str(), F_OK) == 0 || failFromErrno(*mapped));
+    return callWithPath(path, [](const char* way) { return ::access(way, F_OK) == 0 ? 0 : errno; });
 }
 
 bool makeFolder(const std::string& path) {
@@ -37,15 +44,20 @@ bool makeFolder(const std::string& path) {
 }
 
 std::FILE* openFile(const std::string& path, const char* mode) {
-    const std::optional<std::string> mapped = mapPath(path);
-    if (!mapped) {
-        return nullptr;
+    std::FILE* file = nullptr;
+    const auto open = [&](const char* way) {
+        file = std::fopen(way, (std::string(mode) + 'e').c_str());
+        return file ? 0 : errno;
+    };
+    if (!makesFile(mode)) {
+        callWithPath(path, open);
+    } else if (const std::optional<std::string> mapped = mapPath(path); mapped) {
+        if (open(mapped->c_str()) != 0) {
+            failFromErrno(*mapped);
+        }
     }
-    std::FILE* file = std::fopen(mapped->c_str(), (std::string(mode) + 'e').c_str());
     struct stat status {};
-    if (!file) {
-        failFromErrno(*mapped);
-    } else if (::fstat(::fileno(file), &status) == 0 && S_ISDIR(status.st_mode)) {
+    if (file && ::fstat(::fileno(file), &status) == 0 && S_ISDIR(status.st_mode)) {
         (void)std::fclose(file);
         file = nullptr;
         fail(errorAccessDenied);
@@ -54,13 +66,8 @@ std::FILE* openFile(const std::string& path, const char* mode) {
 }
 
 std::optional<std::uint64_t> fileSize(const std::string& path) {
-    const std::optional<std::string> mapped = mapPath(path);
     struct stat status {};
-    if (!mapped) {
-        return std::nullopt;
-    }
-    if (::stat(mapped->c_str(), &status) != 0) {
-        failFromErrno(*mapped);
+    if (!statusOf(path, status)) {
         return std::nullopt;
     }
     if (S_ISDIR(status.st_mode)) {

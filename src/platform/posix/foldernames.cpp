@@ -17,35 +17,39 @@ struct CloseFolder {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-/// Calls `step` with each name; how many there were.
+/// Calls `step` with each name; how many there were, or nothing without a folder.
 template <class Step>
-std::size_t listNames(const std::string& folder, Step step) {
+std::optional<std::size_t> listNames(const std::string& folder, Step step) {
     std::unique_ptr<DIR, CloseFolder> entries(::opendir(folder.empty() ? "." : folder.c_str()));
+    if (!entries) {
+        return std::nullopt;
+    }
     std::size_t count = 0;
-    if (entries) {
-        while (const dirent* entry = ::readdir(entries.get())) {
-            step(entry->d_name);
-            ++count;
-        }
+    while (const dirent* entry = ::readdir(entries.get())) {
+        step(entry->d_name);
+        ++count;
     }
     return count;
 }
 
 } // namespace
 
-std::optional<std::string> findIgnoringCase(const std::string& systemFolder,
-                                            const std::string& name) {
+std::optional<std::optional<std::string>> findIgnoringCase(const std::string& systemFolder,
+                                                           const std::string& name) {
     static WatchedFolders& watched = *new WatchedFolders; // threads outlive static objects
     if (const auto known = watched.find(systemFolder, name)) {
-        return *known;
+        return known;
     }
     std::optional<std::string> found;
-    const std::size_t count = listNames(systemFolder, [&](const char* entry) {
+    const auto count = listNames(systemFolder, [&](const char* entry) {
         if (equalIgnoringCase(entry, name) && (!found || entry < *found)) {
             found = entry;
         }
     });
-    if (count > manyEntries) {
+    if (!count) {
+        return std::nullopt;
+    }
+    if (*count > manyEntries) {
         watched.add(systemFolder,
                     [&systemFolder](const auto& step) { listNames(systemFolder, step); });
     }

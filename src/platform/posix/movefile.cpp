@@ -15,13 +15,9 @@ namespace platform {
 
 using posix::fail;
 using posix::failFromErrno;
-using posix::mapPath;
+using posix::isPathLength;
 
 namespace {
-
-bool sameFile(const struct stat& a, const struct stat& b) {
-    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
-}
 
 /// rename, but an existing target is never touched.
 int renameToNew(const std::string& from, const std::string& to) {
@@ -34,6 +30,39 @@ int renameToNew(const std::string& from, const std::string& to) {
     // A file system without that flag: a second name fails on an existing target as well.
     return ::link(from.c_str(), to.c_str()) == 0 ? ::unlink(from.c_str()) : -1;
 }
+
+/// A name on the disk, whether or not anything is there.
+class Place {
+public:
+    explicit Place(const std::string& clientPath) : path(posix::spelledPath(clientPath)) {
+        look();
+        if (error == ENOENT) {
+            std::string found = posix::resolveMissing(path);
+            if (found != path) {
+                path = std::move(found);
+                look();
+            }
+        }
+    }
+
+    const std::string& systemPath() const { return path; }
+    bool isThere() const { return error == 0; }
+    bool isFolder() const { return isThere() && S_ISDIR(status.st_mode); }
+    bool isSame(const Place& other) const {
+        return isThere() && other.isThere() && status.st_dev == other.status.st_dev &&
+               status.st_ino == other.status.st_ino;
+    }
+
+    /// Notes why nothing is there; always false.
+    bool failMissing() const { return fail(posix::errorOf(error, path)); }
+
+private:
+    void look() { error = ::lstat(path.c_str(), &status) == 0 ? 0 : errno; }
+
+    std::string path;
+    struct stat status {};
+    int error = 0;
+};
 
 /// The name that `wanted` spells, in the folder that `mapped` was found in: a move of a
 /// file onto itself may change the case of its name.
@@ -57,69 +86,63 @@ bool delayMove(const std::string& from, const char* to, std::uint32_t flags) {
 namespace posix {
 
 bool moveNow(const std::string& from, const std::string& to, bool replace) {
-    const std::string source = resolvePath(from);
-    std::string target = resolvePath(to);
-    struct stat sourceStatus {};
-    struct stat targetStatus {};
-    if (::lstat(source.c_str(), &sourceStatus) != 0) {
-        return failFromErrno(source);
+    const Place source(from);
+    if (!source.isThere()) {
+        return source.failMissing();
     }
-    const FileLock sourceLock(source);
+    const FileLock sourceLock(source.systemPath());
     if (sourceLock.inUse()) {
         return fail(errorSharingViolation);
     }
-    if (::lstat(target.c_str(), &targetStatus) == 0) {
-        if (sameFile(sourceStatus, targetStatus)) {
-            target = respelled(target, to);
-            return ::rename(source.c_str(), target.c_str()) == 0 || failFromErrno(target);
-        }
-        if (!replace) {
-            return fail(errorAlreadyExists);
-        }
-        if (S_ISDIR(targetStatus.st_mode) || S_ISDIR(sourceStatus.st_mode)) {
-            return fail(errorAccessDenied);
-        }
+    const Place place(to);
+    std::string target = place.systemPath();
+    if (place.isSame(source)) {
+        target = respelled(target, to);
+        return ::rename(source.systemPath().c_str(), target.c_str()) == 0 || failFromErrno(target);
+    }
+    if (place.isThere() && !replace) {
+        return fail(errorAlreadyExists);
+    }
+    if (place.isFolder() || (place.isThere() && source.isFolder())) {
+        return fail(errorAccessDenied);
     }
     const FileLock targetLock(target);
     if (targetLock.inUse()) {
         return fail(errorSharingViolation);
     }
-    const int result =
-        replace ? ::rename(source.c_str(), target.c_str()) : renameToNew(source, target);
+    const int result = replace ? ::rename(source.systemPath().c_str(), target.c_str())
+                               : renameToNew(source.systemPath(), target);
     return result == 0 || failFromErrno(target);
 }
 
 bool removeNow(const std::string& path) {
-    const std::string target = resolvePath(path);
-    struct stat status {};
-    if (::lstat(target.c_str(), &status) != 0) {
-        return failFromErrno(target);
+    const Place target(path);
+    if (!target.isThere()) {
+        return target.failMissing();
     }
-    if (S_ISDIR(status.st_mode)) {
+    if (target.isFolder()) {
         return fail(errorAccessDenied);
     }
-    const FileLock lock(target);
+    const FileLock lock(target.systemPath());
     if (lock.inUse()) {
         return fail(errorSharingViolation);
     }
-    return ::unlink(target.c_str()) == 0 || failFromErrno(target);
+    return ::unlink(target.systemPath().c_str()) == 0 || failFromErrno(target.systemPath());
 }
 
 } // namespace posix
 
 bool removeFile(const std::string& path) {
-    return mapPath(path) && posix::removeNow(path);
+    return isPathLength(path) && posix::removeNow(path);
 }
 
 bool moveFile(const std::string& from, const char* to, std::uint32_t flags) {
-    const std::optional<std::string> source = mapPath(from);
-    if (!source || (to && !mapPath(to))) {
+    if (!isPathLength(from) || (to && !isPathLength(to))) {
         return false;
     }
     if (flags & moveDelayUntilReboot) {
-        struct stat status {};
-        return ::lstat(source->c_str(), &status) == 0 ? delayMove(from, to, flags)
-                                                      : failFromErrno(*source);
+        const Place source(from);
+        return source.isThere() ? delayMove(from, to, flags) : source.failMissing();
     }
     return to ? posix::moveNow(from, to, (flags & moveReplaceExisting) != 0)
               : fail(errorInvalidParameter);

@@ -27,8 +27,7 @@ OpenFile& of(mspack_file* file) {
 bool isSameFile(const std::string& a, const std::string& b) {
     struct stat first {};
     struct stat second {};
-    return ::stat(systemPath(a).c_str(), &first) == 0 &&
-           ::stat(systemPath(b).c_str(), &second) == 0 && first.st_dev == second.st_dev &&
+    return statusOf(a, first) && statusOf(b, second) && first.st_dev == second.st_dev &&
            first.st_ino == second.st_ino;
 }
 

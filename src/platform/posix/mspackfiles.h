@@ -22,6 +22,7 @@ public:
     };
 
     Output& output() { return lastOutput; }
+    const std::string& cabinetPath() const { return cabinet; }
 
 private:
     static mspack_file* openFor(mspack_system* self, const char* path, int mode);

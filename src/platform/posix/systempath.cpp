@@ -38,18 +38,25 @@ Error missingError(const std::string& systemPath) {
 
 } // namespace
 
-std::string resolvePath(const std::string& path) {
+std::string spelledPath(const std::string& path) {
     // The client's system ends a path at its first zero byte.
-    std::string wanted = path.substr(0, path.find('\0'));
-    std::replace(wanted.begin(), wanted.end(), '\\', '/');
-    if (isThere(wanted)) {
-        return wanted;
-    }
+    std::string spelled = path.substr(0, path.find('\0'));
+    std::replace(spelled.begin(), spelled.end(), '\\', '/');
+    return spelled;
+}
+
+std::string resolvePath(const std::string& path) {
+    const std::string spelled = spelledPath(path);
+    return isThere(spelled) ? spelled : resolveMissing(spelled);
+}
+
+std::string resolveMissing(const std::string& wanted) {
     // Mostly only the name itself is not there, or not in that spelling.
     const std::size_t nameStart = wanted.rfind('/') + 1;
-    if (const std::string folder = wanted.substr(0, nameStart); isThere(folder)) {
-        return folder + findIgnoringCase(folder, wanted.substr(nameStart))
-                            .value_or(wanted.substr(nameStart));
+    const std::string folder = wanted.substr(0, nameStart);
+    const std::string last = wanted.substr(nameStart);
+    if (const auto found = findIgnoringCase(folder, last)) {
+        return folder + found->value_or(last);
     }
     std::string resolved;
     for (std::size_t at = 0; at < wanted.size();) {
@@ -60,11 +67,11 @@ std::string resolvePath(const std::string& path) {
         const std::size_t end = std::min(wanted.find('/', at), wanted.size());
         const std::string name = wanted.substr(at, end - at);
         if (!isThere(resolved + name)) {
-            const std::optional<std::string> found = findIgnoringCase(resolved, name);
-            if (!found) {
+            const auto found = findIgnoringCase(resolved, name);
+            if (!found || !*found) {
                 return resolved + wanted.substr(at);
             }
-            resolved += *found;
+            resolved += **found;
         } else {
             resolved += name;
         }
@@ -73,12 +80,17 @@ std::string resolvePath(const std::string& path) {
     return resolved;
 }
 
+bool isPathLength(const std::string& path) {
+    return path.size() < maxPath || fail(errorFilenameTooLong);
+}
+
 std::optional<std::string> mapPath(const std::string& path) {
-    if (path.size() >= maxPath) {
-        fail(errorFilenameTooLong);
-        return std::nullopt;
-    }
-    return resolvePath(path);
+    return isPathLength(path) ? std::optional(resolvePath(path)) : std::nullopt;
+}
+
+bool statusOf(const std::string& path, struct stat& status) {
+    return callWithPath(path,
+                        [&](const char* way) { return ::stat(way, &status) == 0 ? 0 : errno; });
 }
 
 std::string absoluteClientPath(const std::string& path) {

@@ -41,6 +41,7 @@ std::optional<std::optional<std::string>> WatchedFolders::find(const std::string
     if (folder == folders.end()) {
         return std::nullopt;
     }
+    folders.splice(folders.end(), folders, folder); // the first in the list is the next to go
     const auto found = folder->names.find(folded(name));
     return found == folder->names.end() ? std::optional<std::string>() : *found->second.begin();
 }

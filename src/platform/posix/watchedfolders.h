@@ -49,7 +49,7 @@ private:
 
     std::mutex mutex;
     int queue = -1; ///< of events; below 0 without one
-    std::list<Folder> folders;
+    std::list<Folder> folders; ///< the one not asked for longest comes first
 };
 
 } // namespace platform::posix

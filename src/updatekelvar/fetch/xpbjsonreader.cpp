@@ -1,3 +1,5 @@
+#include <string_view>
+
 #include <json/json.h>
 
 #include <google/protobuf/descriptor.h>
@@ -125,7 +127,7 @@ const EnumValueDescriptor* findEnumValue(const EnumDescriptor* type, const Json:
 }
 
 /// The named member; null for none and for a value that has no members at all.
-const Json::Value* memberOf(const Json::Value& value, const std::string& key) {
+const Json::Value* memberOf(const Json::Value& value, std::string_view key) {
     return value.isObject() ? value.find(key.data(), key.data() + key.size()) : nullptr;
 }
 
