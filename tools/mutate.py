@@ -27,6 +27,7 @@ BRIDGE = "Bridge*:KelvarFetch.*:FetchTask.*"
 MOVE = "MoveTest.*:PaddingTest.*"
 TESTS = {
     "src/updatekelvar/data/materialcheck.cpp": "MaterialCheck.*:FetchTask.*",
+    "src/updatekelvar/fetch/jsonoutline.cpp": BRIDGE,
     "src/updatekelvar/fetch/jsontext.cpp": BRIDGE,
     "src/updatekelvar/fetch/messages.cpp": BRIDGE,
     "src/updatekelvar/fetch/xpbjsonreader.cpp": BRIDGE,

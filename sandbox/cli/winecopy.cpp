@@ -1,6 +1,8 @@
 #include "sandbox/cli/winecopy.h"
 
+#include <fstream>
 #include <stdexcept>
+#include <string>
 
 namespace sandbox {
 namespace {
@@ -36,6 +38,26 @@ void shareTree(const fs::path& folder, const fs::path& copy) {
     }
 }
 
+/// The registry file without the delayed moves that the original has: they are none of the copy's.
+/// A value goes on in the next line where a line ends in a backslash.
+void copyRegistry(const fs::path& file, const fs::path& copy) {
+    std::ifstream from(file, std::ios::binary);
+    std::ofstream to(copy, std::ios::binary);
+    bool isDelayed = false;
+    bool goesOn = false;
+    for (std::string line; std::getline(from, line);) {
+        isDelayed = goesOn ? isDelayed : line.rfind(R"("PendingFileRenameOperations)", 0) == 0;
+        goesOn = !line.empty() && line.back() == '\\';
+        if (!isDelayed) {
+            to << line << '\n';
+        }
+    }
+    to.close();
+    if (!from.eof() || !to) {
+        throw std::runtime_error(file.string() + " cannot be copied to " + copy.string());
+    }
+}
+
 } // namespace
 
 void copyWine(const fs::path& original, const fs::path& copy, const fs::path& driveD) {
@@ -45,15 +67,16 @@ void copyWine(const fs::path& original, const fs::path& copy, const fs::path& dr
     }
     fs::create_directory(copy);
     shareTree(original / "drive_c", copy / "drive_c");
-    // No Z:, the whole disk: delayed moves that the original has must not be done here.
+    // No Z:, the whole disk: nothing outside the run's folder is this Windows's.
     const fs::path drives = copy / "dosdevices";
     fs::create_directory(drives);
     fs::create_directory_symlink("../drive_c", drives / "c:");
     fs::create_directory_symlink(driveD.lexically_relative(drives), drives / "d:");
     // Wine writes right into a registry file with more than one link.
-    for (const char* file : {"system.reg", "user.reg", "userdef.reg", ".update-timestamp"}) {
+    for (const char* file : {"user.reg", "userdef.reg", ".update-timestamp"}) {
         fs::copy_file(original / file, copy / file);
     }
+    copyRegistry(original / "system.reg", copy / "system.reg");
 }
 
 } // namespace sandbox

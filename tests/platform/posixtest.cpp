@@ -7,6 +7,7 @@
 #include "platform/paths.h"
 #include "platform/posix/delayedmoves.h"
 #include "platform/posix/systempath.h"
+#include "platform/posix/watchedfolders.h"
 #include "platform/process.h"
 #include "platform/text.h"
 #include "sandbox/materials/cabwriter.h"
@@ -96,6 +97,43 @@ TEST(SystemPath, FollowsMoreFoldersThanAreWatched) {
             EXPECT_EQ(mapped(number, "LATE" + std::to_string(round)), late) << number;
         }
     }
+}
+
+TEST(SystemPath, ALinkThatLeadsNowhereIsNoOtherFile) {
+    const TemporaryFolder folder;
+    folder.write("A.DLL", "other");
+    std::filesystem::create_symlink("gone", folder.onDisk("a.dll"));
+    EXPECT_FALSE(fileExists(folder.path("a.dll")));
+    EXPECT_EQ(lastError(), errorFileNotFound);
+    EXPECT_EQ(openFile(folder.path("a.dll"), "rb"), nullptr);
+    EXPECT_TRUE(fileExists(folder.path("a.DLL")));
+}
+
+TEST(SystemPath, OnlyAFolderThatIsKnownWholeIsWatched) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.onDisk("many"));
+    const std::string many = folder.onDisk("many").string();
+    const auto exchange = [&] {
+        std::filesystem::rename(many, many + "Before");
+        std::filesystem::create_directory(many);
+    };
+    posix::WatchedFolders watched;
+    for (const bool isWhole : {false, true}) {
+        watched.add(many, [&](const posix::WatchedFolders::NameStep& step) {
+            step("name");
+            if (isWhole) {
+                exchange();
+            }
+            return isWhole;
+        });
+        EXPECT_EQ(watched.find(many, "NAME"), std::nullopt) << isWhole;
+    }
+    EXPECT_EQ(watched.find(many + "Before", "NAME"), std::nullopt);
+    watched.add(many, [](const posix::WatchedFolders::NameStep& step) {
+        step("name");
+        return true;
+    });
+    EXPECT_EQ(watched.find(many, "NAME"), std::optional<std::string>("name"));
 }
 
 /// Lets no file of this process grow beyond a size, as a full disk would.

@@ -216,11 +216,55 @@ TEST(BridgeReads, OnlyStrictJson) {
          {"", "5", "\"x\"", "{", "// c\n{}", "{\"a\":1,}", "not json", R"({"a_int32":8,"x":[1,]})",
           R"({"a_int32":8,"x":[,1]})", R"({"a_int32":8,"x":[1 2]})", R"({"a_int32":8,"x":[{]}]})",
           R"({"a_int32":8,"x":[1})", R"({"a_int32":8,"x":[tru]})", R"({"a_int32":8,"x":["\"]})",
-          R"({"a_int32":8,"an_inner":[{"text":[1}]})", R"({"x":[nil],"x":[],"a_int32":8})"}) {
+          R"({"a_int32":8,"an_inner":[{"text":[1}]})", R"({"x":[nil],"x":[],"a_int32":8})",
+          // The library takes a comment in these places.
+          "{\"a_int32\":8 /* } */,\"an_inner\":[999999]}", "{\"a_int32\":8 /* \" */,\"x\":[1]}",
+          "{\"x\":[1] /* , ] */,\"an_inner\":[{}]}", "{\"a_int32\":8 // }\n,\"an_inner\":[{}]}",
+          "{\"x\":[{}] /* } */,\"an_inner\":[0]}", "{\"x\":[1 /* x */,2],\"a_int32\":8}",
+          "{\"x\":[{} // row\n],\"a_int32\":8}", "{/**/\"a_int32\":8}"}) {
         bridgetest::One one;
         one.set_a_int32(7);
         EXPECT_FALSE(XPbJson().fromJsonString(text, &one, false)) << text;
         EXPECT_EQ(one.ShortDebugString(), "a_int32: 7") << text;
+    }
+}
+
+TEST(BridgeReads, ArraysWithAnythingInTheirTexts) {
+    const struct {
+        const char* text;
+        std::vector<std::string> elements;
+    } rows[] = {
+        {R"([])", {}},
+        {R"([ "" , "]" ])", {"", "]"}},
+        {R"(["a\"b","c"])", {"a\"b", "c"}},
+        {R"(["a\\","b"])", {"a\\", "b"}},
+        {R"(["\\\"],[","\\\\\",\"","}{"])", {"\\\"],[", "\\\\\",\"", "}{"}},
+        {R"(["\"","\\","\\\""])", {"\"", "\\", "\\\""}},
+        {R"([{"a":["x,\"]"]},"b",["c"],null])", {"b"}},
+        {R"(["/* \"","// ]"])", {"/* \"", "// ]"}},
+    };
+    for (const auto& [text, elements] : rows) {
+        bridgetest::Many many;
+        const std::string json = std::string(R"({"x":)") + text + R"(,"a_string":)" + text +
+                                 R"(,"a_int32":[8]} {"a_string":[tru]} [")";
+        EXPECT_TRUE(XPbJson().fromJsonString(json, &many, false)) << json;
+        const std::vector<std::string> read(many.a_string().begin(), many.a_string().end());
+        EXPECT_EQ(read, elements) << json;
+        EXPECT_EQ(many.a_int32_size(), 1) << "what follows the array, and nothing behind the root";
+    }
+}
+
+TEST(BridgeReads, NothingOfAnAnswerWithABrokenElement) {
+    for (const char* array : {R"(["a",tru,"b"])", R"([tru,"a"])", R"(["a",])", R"(["a" "b"])",
+                              R"(["a",{"b":]}])", R"(["a\"])"}) {
+        for (const char* name : {"a_string", "nobody's"}) {
+            bridgetest::Many many;
+            many.add_a_int32(7);
+            const std::string json =
+                std::string(R"({"a_int32":[8],")") + name + "\":" + array + '}';
+            EXPECT_FALSE(XPbJson().fromJsonString(json, &many, false)) << json;
+            EXPECT_EQ(many.ShortDebugString(), "a_int32: 7") << json;
+        }
     }
 }
 

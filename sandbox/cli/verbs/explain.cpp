@@ -150,7 +150,7 @@ Verb addExplain(CLI::App& app) {
     endHelp(command, {{"explain --folder build/demo --run 1 --overview",
                        "explain m07 --folder build/demo", "explain --log client.log --all"},
                       "it is told",
-                      "the log has no such run or material"});
+                      "the log has no run, or none that tells of the material"});
     return {command, [options](Output& output) {
                 return explainLog(*options, output);
             }};

@@ -3,6 +3,7 @@
 #include "platform/asciicase.h"
 #include "platform/posix/watchedfolders.h"
 
+#include <cerrno>
 #include <dirent.h>
 #include <memory>
 
@@ -17,7 +18,7 @@ struct CloseFolder {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-/// Calls `step` with each name; how many there were, or nothing without a folder.
+/// Calls `step` with each name; how many there were, or nothing when they cannot all be had.
 template <class Step>
 std::optional<std::size_t> listNames(const std::string& folder, Step step) {
     std::unique_ptr<DIR, CloseFolder> entries(::opendir(folder.empty() ? "." : folder.c_str()));
@@ -25,11 +26,13 @@ std::optional<std::size_t> listNames(const std::string& folder, Step step) {
         return std::nullopt;
     }
     std::size_t count = 0;
+    errno = 0;
     while (const dirent* entry = ::readdir(entries.get())) {
         step(entry->d_name);
         ++count;
+        errno = 0;
     }
-    return count;
+    return errno == 0 ? std::optional(count) : std::nullopt;
 }
 
 } // namespace
@@ -50,8 +53,9 @@ std::optional<std::optional<std::string>> findIgnoringCase(const std::string& sy
         return std::nullopt;
     }
     if (*count > manyEntries) {
-        watched.add(systemFolder,
-                    [&systemFolder](const auto& step) { listNames(systemFolder, step); });
+        watched.add(systemFolder, [&systemFolder](const auto& step) {
+            return listNames(systemFolder, step).has_value();
+        });
     }
     return found;
 }

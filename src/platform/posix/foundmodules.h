@@ -19,9 +19,10 @@ struct ModuleTurnover {
     friend bool operator==(const ModuleTurnover&, const ModuleTurnover&) = default;
 };
 
-/// What lookups have found. Forgotten as soon as any module comes or goes, so that an answer is
-/// always the one that a new lookup would give. Needs no destructor: threads of a module
-/// outlive its static objects. Any thread.
+/// What lookups have found. Forgotten as soon as any module comes or goes. A module counts as
+/// gone when it is unmapped: until then one that is being freed is still found, and its handle
+/// is no reference. Needs no destructor: threads of a module outlive its static objects. Any
+/// thread.
 template <class Name>
 class FoundModules {
 public:

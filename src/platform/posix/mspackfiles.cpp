@@ -6,18 +6,20 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <sys/stat.h>
 
 namespace platform::posix {
 
 namespace {
 
-constexpr std::size_t readAhead = 65536; // the library asks for 4 KB at a time
+constexpr std::size_t readAheadSize = 65536; // the library asks for 4 KB at a time
 
 struct OpenFile : mspack_file {
     std::FILE* file = nullptr;
     MspackFiles::Output* output = nullptr; ///< null for the cabinet
     std::string path;
+    std::unique_ptr<char[]> readAhead; ///< until the file is closed
 };
 
 OpenFile& of(mspack_file* file) {
@@ -96,12 +98,15 @@ mspack_file* MspackFiles::openFor(mspack_system* self, const char* path, int mod
     if (!file) {
         return nullptr;
     }
+    std::unique_ptr<OpenFile> opened(
+        new OpenFile{{}, file, writes ? &files.lastOutput : nullptr, path, nullptr});
     if (writes) {
         files.lastOutput = {true, true};
     } else {
-        static_cast<void>(std::setvbuf(file, nullptr, _IOFBF, readAhead));
+        opened->readAhead = std::make_unique<char[]>(readAheadSize);
+        static_cast<void>(std::setvbuf(file, opened->readAhead.get(), _IOFBF, readAheadSize));
     }
-    return new OpenFile{{}, file, writes ? &files.lastOutput : nullptr, path};
+    return opened.release();
 }
 
 } // namespace platform::posix

@@ -16,11 +16,6 @@ namespace platform::posix {
 
 namespace {
 
-bool isThere(const std::string& systemPath) {
-    struct stat status {};
-    return ::lstat(systemPath.c_str(), &status) == 0;
-}
-
 std::string parentOf(const std::string& systemPath) {
     const std::size_t end = systemPath.find_last_not_of('/');
     if (end == std::string::npos) {
@@ -37,6 +32,11 @@ Error missingError(const std::string& systemPath) {
 }
 
 } // namespace
+
+bool isThere(const std::string& systemPath) {
+    struct stat status {};
+    return ::lstat(systemPath.c_str(), &status) == 0;
+}
 
 std::string spelledPath(const std::string& path) {
     // The client's system ends a path at its first zero byte.

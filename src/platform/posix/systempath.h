@@ -29,6 +29,9 @@ std::string spelledPath(const std::string& path);
 /// What resolvePath gives for a spelled path at which nothing is.
 std::string resolveMissing(const std::string& spelled);
 
+/// Whether anything bears that name, a link that leads nowhere too.
+bool isThere(const std::string& systemPath);
+
 /// `path` as an absolute client path, without repeated separators.
 std::string absoluteClientPath(const std::string& path);
 
@@ -56,7 +59,7 @@ bool callWithPath(const std::string& path, Call call) {
     int error = call(way.c_str());
     if (error == ENOENT) {
         std::string found = resolveMissing(way);
-        if (found != way) {
+        if (found != way && !isThere(way)) { // a link that leads nowhere is there as it is spelled
             way = std::move(found);
             error = call(way.c_str());
         }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -46,8 +47,7 @@ std::optional<std::optional<std::string>> WatchedFolders::find(const std::string
     return found == folder->names.end() ? std::optional<std::string>() : *found->second.begin();
 }
 
-void WatchedFolders::add(const std::string& systemFolder,
-                         const std::function<void(const NameStep&)>& list) {
+void WatchedFolders::add(const std::string& systemFolder, const List& list) {
     const std::lock_guard lock(mutex);
     if (queue < 0) {
         queue = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
@@ -61,13 +61,20 @@ void WatchedFolders::add(const std::string& systemFolder,
         drop(folders.begin());
     }
     // Watched before it is listed: what comes or goes meanwhile is told again, in its order.
-    const int watch = ::inotify_add_watch(queue, systemFolder.c_str(),
-                                          arrivals | departures | IN_DELETE_SELF | IN_MOVE_SELF);
+    const int watch =
+        ::inotify_add_watch(queue, systemFolder.c_str(),
+                            arrivals | departures | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR);
     if (watch < 0) {
         return;
     }
     Folder& folder = folders.emplace_back(Folder{status.st_dev, status.st_ino, watch, {}});
-    list([&folder](const char* name) { folder.names[folded(name)].insert(name); });
+    const bool isListed =
+        list([&folder](const char* name) { folder.names[folded(name)].insert(name); });
+    // Another folder may have taken its place in between.
+    if (!isListed || ::stat(systemFolder.c_str(), &status) != 0 ||
+        folderOf(status) != std::prev(folders.end())) {
+        drop(std::prev(folders.end()));
+    }
 }
 
 std::list<WatchedFolders::Folder>::iterator WatchedFolders::folderOf(const struct stat& status) {

@@ -15,10 +15,12 @@ struct inotify_event;
 namespace platform::posix {
 
 /// The names in a few folders, kept true by the events that the system queues with each change,
-/// before the change returns to whoever makes it. Any thread.
+/// before the change returns to whoever makes it. Any thread, but no process that was forked:
+/// the queue would be one for both.
 class WatchedFolders {
 public:
     using NameStep = std::function<void(const char* name)>;
+    using List = std::function<bool(const NameStep& step)>; ///< false when it has not seen all
 
     WatchedFolders() = default;
     ~WatchedFolders();
@@ -31,8 +33,8 @@ public:
                                                    const std::string& name);
 
     /// Watches a folder whose names `list` hands to its step. Where the system has no watches
-    /// left, nothing happens.
-    void add(const std::string& systemFolder, const std::function<void(const NameStep&)>& list);
+    /// left, or the names cannot be had, nothing happens.
+    void add(const std::string& systemFolder, const List& list);
 
 private:
     struct Folder {
@@ -48,7 +50,7 @@ private:
     void drop(std::list<Folder>::iterator folder);
 
     std::mutex mutex;
-    int queue = -1; ///< of events; below 0 without one
+    int queue = -1;            ///< of events; below 0 without one
     std::list<Folder> folders; ///< the one not asked for longest comes first
 };
 

@@ -9,10 +9,10 @@ namespace {
 constexpr int maxDepth = 999;  // the library counts the value inside too and throws beyond 1000
 constexpr int memberDepth = 2; // of what lies directly in the root
 
-/// Whether the quote at `at` is part of the text that begins behind `start`.
-bool isEscaped(std::string_view json, std::size_t start, std::size_t at) {
+/// Whether the quote at `at` is part of the text that it stands in, which begins with a quote.
+bool isEscaped(std::string_view json, std::size_t at) {
     std::size_t backslashes = 0;
-    while (at - backslashes > start + 1 && json[at - backslashes - 1] == '\\') {
+    while (json[at - backslashes - 1] == '\\') {
         ++backslashes;
     }
     return backslashes % 2 != 0;
@@ -21,7 +21,7 @@ bool isEscaped(std::string_view json, std::size_t start, std::size_t at) {
 /// The quote that ends the text which begins with the one at `start`.
 std::size_t endOfText(std::string_view json, std::size_t start) {
     std::size_t at = json.find('"', start + 1);
-    while (at != std::string_view::npos && isEscaped(json, start, at)) {
+    while (at != std::string_view::npos && isEscaped(json, at)) {
         at = json.find('"', at + 1);
     }
     return std::min(at, json.size());
@@ -35,7 +35,7 @@ bool isBlank(std::string_view text) {
 
 bool Outline::take(std::string_view json) {
     source = json;
-    for (std::size_t i = 0; i < json.size(); ++i) {
+    for (std::size_t i = 0; i < json.size() && !isRootOver; ++i) {
         switch (json[i]) {
         case '"':
             i = endOfText(json, i);
@@ -54,6 +54,8 @@ bool Outline::take(std::string_view json) {
         case '}':
             _close(i);
             break;
+        case '/': // of a comment, which the library takes in some places and refuses in others
+            return false;
         default:
             break;
         }
@@ -66,10 +68,10 @@ bool Outline::take(std::string_view json) {
 
 void Outline::_open(char bracket, std::size_t at) {
     ++depth;
-    if (depth == 1 && !isRootOver) {
+    if (depth == 1) {
         isRootObject = bracket == '{';
     }
-    if (depth == memberDepth && isRootObject && bracket == '[' && !isRootOver) {
+    if (depth == memberDepth && isRootObject && bracket == '[') {
         isInArray = true;
         elementStart = at + 1;
         text += source.substr(copied, elementStart - copied);
@@ -95,7 +97,7 @@ void Outline::_close(std::size_t at) {
         copied = at;
     }
     --depth;
-    isRootOver = isRootOver || depth == 0;
+    isRootOver = depth <= 0;
 }
 
 void Outline::_endElement(std::size_t at) {

@@ -11,9 +11,11 @@ bool isBlank(std::string_view text);
 
 /// A JSON text without the elements of the arrays directly in its root object: in the place of
 /// each array's elements stands its number. Only brackets, commas and texts are looked at, so
-/// what is no JSON stays none: outline and elements can be parsed exactly when the whole can.
+/// what is no JSON stays none: outline and elements can be parsed exactly when the whole can and
+/// has no comment.
 struct Outline {
-    /// False for a text with brackets that nest deeper than the JSON library bears.
+    /// False for a text with a comment, and for one with brackets that nest deeper than the JSON
+    /// library bears. What follows the root is looked at by nobody.
     bool take(std::string_view json);
 
     std::string text;
@@ -30,7 +32,7 @@ private:
     std::size_t elementStart = 0; ///< of the element that is open
     int depth = 0;
     bool isRootObject = false;
-    bool isRootOver = false; ///< what follows the root is not looked at by anyone
+    bool isRootOver = false;
     bool isInArray = false;  ///< in an array directly in the root
 };
 

@@ -16,7 +16,7 @@ namespace jsontext {
 
 namespace {
 
-constexpr bool collectComments = false; // there are none in strict JSON
+constexpr bool collectComments = false; // there are none behind the outline
 
 Json::Features elementFeatures() {
     Json::Features features = Json::Features::strictMode();
@@ -47,7 +47,12 @@ bool Document::parse(std::string_view text) {
 }
 
 bool Document::readElements(const Json::Value& array, const ElementStep& step) {
-    Array& read = arrays[array[0].asUInt()];
+    // An array that the outline has taken for none would bring an element of its own.
+    const Json::Value& number = array[0];
+    if (array.size() != 1 || !number.isUInt() || number.asUInt() >= arrays.size()) {
+        return false;
+    }
+    Array& read = arrays[number.asUInt()];
     read.isRead = true;
     Json::Reader reader(elementFeatures());
     for (const std::string_view text : read.elements) {
