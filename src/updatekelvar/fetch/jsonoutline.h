@@ -33,7 +33,7 @@ private:
     int depth = 0;
     bool isRootObject = false;
     bool isRootOver = false;
-    bool isInArray = false;  ///< in an array directly in the root
+    bool isInArray = false; ///< in an array directly in the root
 };
 
 } // namespace jsontext
