@@ -33,7 +33,7 @@ bool sameSetting(const Json& expected, const Json& stored) {
     if (expected == anyValue) {
         return !stored.is_null();
     }
-    if (expected == "" && stored.is_null()) {
+    if (expected == Json(std::string()) && stored.is_null()) {
         return true; // an empty text reads like one that was never written
     }
     if ((expected.is_array() || expected.is_object()) && stored.is_string()) {
