@@ -40,7 +40,7 @@ std::optional<std::size_t> listNames(const std::string& folder, Step step) {
 std::optional<std::optional<std::string>> findIgnoringCase(const std::string& systemFolder,
                                                            const std::string& name) {
     static WatchedFolders& watched = *new WatchedFolders; // threads outlive static objects
-    if (const auto known = watched.find(systemFolder, name)) {
+    if (auto known = watched.find(systemFolder, name)) {
         return known;
     }
     std::optional<std::string> found;

@@ -14,7 +14,6 @@
 namespace platform {
 
 using posix::fail;
-using posix::failFromErrno;
 using posix::isPathLength;
 
 namespace {
