@@ -74,7 +74,10 @@ void targetsStayInTheClient(const MappedClient& client, const std::string& path)
     const std::string target = client.path() + "\\" + path;
     fuzz::require(client.holds(platform::posix::resolvePath(target)),
                   "a target lies below the client's folder", path);
-    const std::string joined = platform::appendPath(client.path(), path);
+    // Joining knows one separator only: whoever joins a target turns the other first.
+    std::string turned = path;
+    std::replace(turned.begin(), turned.end(), '/', '\\');
+    const std::string joined = platform::appendPath(client.path(), turned);
     fuzz::require(joined.empty() || client.holds(platform::posix::resolvePath(joined)),
                   "a joined target too", joined);
     if (materialnames::isPlainName(path)) {
