@@ -10,7 +10,7 @@
 #include <openssl/evp.h>
 
 // What one would write in place of the plug-in: each file fetched with a handle of its own, its
-// MD5 taken, its cabinet expanded, the MD5 of what came out taken, and moved. Nothing else.
+// MD5 taken, a cabinet expanded and the MD5 of what came out taken, and moved. Nothing else.
 //
 //   bare_loop LIST STORAGE FOLDER
 //
@@ -111,8 +111,8 @@ int main(int argc, char** argv) {
             whole = folder / fileMd5;
             expand(stored, whole);
             fs::remove(stored);
+            require(whole, fileMd5);
         }
-        require(whole, fileMd5);
         const fs::path target = folder / path;
         fs::create_directories(target.parent_path());
         fs::rename(whole, target);

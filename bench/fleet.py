@@ -3,12 +3,17 @@
 held against a run of the sandbox in which each request is counted.
 
   fleet.py [--seconds N] [--clients N]
+
+Exit 1 when the run and the model differ.
 """
 import argparse
 import json
 import math
 import pathlib
+import shutil
+import statistics
 import subprocess
+import sys
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -37,31 +42,53 @@ def checks_in(ticks):
 def watch(interval, seconds):
     """The events of a host that ticks for that long."""
     folder = ROOT / "build/bench/fleet"
+    shutil.rmtree(folder, ignore_errors=True)  # the events of a run before would pass for this one's
     host = subprocess.Popen([XSANDBOX, "host", ROOT / "bench/fleet.json", "--folder", folder, "--interval", str(interval)],
                             stdout=subprocess.DEVNULL)
     time.sleep(seconds)
     subprocess.run([XSANDBOX, "stop", "--folder", folder], stdout=subprocess.DEVNULL, check=False)
-    host.wait(timeout=60)
+    if host.wait(timeout=60) != 0:
+        sys.exit(f"fleet: the host ended with {host.returncode}")
     lines = (folder / "sandbox/events.jsonl").read_text(encoding="utf-8").splitlines()
     return [json.loads(line) for line in lines]
 
 
-def count(interval, seconds):
-    """Compares the model with a run; the bytes of one round of each channel."""
-    events = watch(interval, seconds)
+def questions_of(events):
+    """Of each path the times at which it was asked, and the bytes of one request and one answer."""
     asked, size = {}, {}
     for event in events:
         if event["kind"] == "http":
             path = "/" + event["url"].split("/", 3)[3]
-            asked[path] = asked.get(path, 0) + (event["phase"] == "sent")
             size[path, event["phase"]] = event["size"]
+            if event["phase"] == "sent":
+                asked.setdefault(path, []).append(event["t"])
+    return asked, size
+
+
+def differs(said, is_so):
+    """Prints a line of the comparison; whether it is a disagreement."""
+    print(f"  {said}{'' if is_so else '  DIFFERS'}")
+    return not is_so
+
+
+def compare(interval, seconds):
+    """Holds the model against a run: how many disagreements, and the bytes of one round of both channels."""
+    events = watch(interval, seconds)
+    asked, size = questions_of(events)
     checks = checks_in([event["t"] for event in events if event["kind"] == "host" and event["what"] == "tick"])
-    model = {**{path: checks for path in (*KELVAR, PACKAGE)}, FILES: 1}
-    for path, expected in model.items():
-        agrees = "as the model says" if asked.get(path, 0) == expected else f"the model says {expected}"
-        print(f"  tick every {interval:5} ms  {path:35} {asked.get(path, 0):3} in {seconds} s, {agrees}; "
-              f"{size.get((path, 'sent'), 0)} bytes out, {size.get((path, 'answered'), 0)} in")
-    return sum(bytes_ for (path, _), bytes_ in size.items() if path != FILES)
+    wrong = 0
+    for path, expected in {**{path: checks for path in (*KELVAR, PACKAGE)}, FILES: 1}.items():
+        found = len(asked.get(path, []))
+        wrong += differs(f"tick every {interval:5} ms  {path:35} {found:3} in {seconds} s, the model says {expected}; "
+                         f"{size.get((path, 'sent'), 0)} bytes out, {size.get((path, 'answered'), 0)} in",
+                         found == expected)
+    for path in (KELVAR[0], PACKAGE):
+        times = asked.get(path, [])
+        apart = statistics.median([b - a for a, b in zip(times, times[1:])] or [math.nan])
+        # Half a tick tells one number of ticks from the next.
+        wrong += differs(f"tick every {interval:5} ms  {path:35} every {apart:g} ms, the model says {period(interval)}",
+                         abs(apart - period(interval)) < interval / 2)
+    return wrong, sum(bytes_ for (path, _), bytes_ in size.items() if path != FILES)
 
 
 def main():
@@ -69,7 +96,8 @@ def main():
     parser.add_argument("--seconds", type=int, default=12)
     parser.add_argument("--clients", type=int, default=10_000_000)
     options = parser.parse_args()
-    bodies = [count(interval, options.seconds) for interval in (500, 3000)][0]
+    compared = [compare(interval, options.seconds) for interval in (500, 3000)]
+    bodies = compared[0][1]
     requests = len(KELVAR) + 1
     print(f"\n  {options.clients:,} clients with nothing new, {requests} requests and "
           f"{bodies + requests * HEADERS} bytes a round")
@@ -78,6 +106,7 @@ def main():
         print(f"  tick every {interval / 1000:7g} s: a round every {period(interval) / 1000:7g} s, "
               f"{requests * rounds:13,.0f} requests a second, "
               f"{rounds * (bodies + requests * HEADERS) * 8 / 1e9:10,.2f} Gbit/s")
+    sys.exit(1 if any(wrong for wrong, _ in compared) else 0)
 
 
 if __name__ == "__main__":

@@ -10,7 +10,7 @@ while read -r id md5 file_md5 kind path; do
         cabextract -q "$md5"
         rm "$md5"
         mv "$(basename "$path")" "$file_md5"
+        echo "$file_md5  $file_md5" | md5sum -c --status
     fi
-    echo "$file_md5  $file_md5" | md5sum -c --status
     mv "$file_md5" "$path"
 done <"$1"

@@ -3,6 +3,8 @@
 
   run.py [--turns N] [--only PART...]     parts: whole, growth, parts, digest, https, start
   run.py --windows [--turns N]            parts and start, under Wine
+
+A bar that is missed is told in the table alone: times of one sitting are no reason to fail.
 """
 import argparse
 import json
