@@ -5,6 +5,8 @@
 #include <thread>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "sandbox/platform/sockets.h"
 
 /// A server on loopback that answers one request of a few bytes a connection: "/echo" with
@@ -17,15 +19,17 @@ public:
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t size = sizeof address;
-        bind(listener, reinterpret_cast<sockaddr*>(&address), size);
-        getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
-        listen(listener, 5);
+        const bool isOpen =
+            bind(listener, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+            getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) == 0 &&
+            listen(listener, 5) == 0;
+        EXPECT_TRUE(isOpen) << "no port of loopback";
         thread = std::thread([this] { loop(); });
     }
     ~HttpServer() {
         stopped = true;
         const sandbox::Socket waker = socket(AF_INET, SOCK_STREAM, 0);
-        connect(waker, reinterpret_cast<sockaddr*>(&address), sizeof address);
+        EXPECT_EQ(connect(waker, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
         thread.join();
         sandbox::closeSocket(waker);
         sandbox::closeSocket(listener);

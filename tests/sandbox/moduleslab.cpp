@@ -30,7 +30,7 @@ nlohmann::json clientOfTests() {
 } // namespace
 
 sandbox::Folders lab::layOut(const fs::path& parent) {
-    const sandbox::Folders folders(parent / ("modules-" + std::to_string(std::random_device()())));
+    sandbox::Folders folders(parent / ("modules-" + std::to_string(std::random_device()())));
     fs::create_directories(folders.client());
     fs::create_directories(folders.state());
     const fs::path program = sandbox::executableFile();

@@ -46,8 +46,9 @@ protected:
         std::string metas;
         for (const std::string& params : materials) {
             const std::string name = std::to_string(std::count(metas.begin(), metas.end(), '\n'));
-            metas += (metas.empty() ? "" : ",") + (R"({"meta":{"md5":")" + name) +
-                     R"(","extends":{)" + params + "}}}\n";
+            metas += metas.empty() ? "" : ",";
+            metas.append(R"({"meta":{"md5":")").append(name).append(R"(","extends":{)");
+            metas.append(params).append("}}}\n");
             couples += (couples.empty() ? "" : ",") + (R"({"material_id":{"id":")" + name) +
                        R"(","module_id":{"channel_id":{"id":"i","product_id":"p"},"id":"/m"}},)"
                        R"("target_version":"2.0.0.0","is_delete":true})";
