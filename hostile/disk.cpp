@@ -12,6 +12,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
+bool isMeant(const std::string& path, const std::vector<std::string>& mayChange) {
+    return std::any_of(mayChange.begin(), mayChange.end(), [&](const std::string& begin) {
+        return path == begin || (begin.ends_with('/') && path.starts_with(begin));
+    });
+}
+
+} // namespace
+
 std::string told(const fs::directory_entry& entry) {
     if (entry.is_symlink()) {
         return "link to " + fs::read_symlink(entry.path()).string();
@@ -23,14 +31,6 @@ std::string told(const fs::directory_entry& entry) {
     const materials::Bytes bytes{std::istreambuf_iterator<char>(file), {}};
     return std::to_string(bytes.size()) + " " + materials::md5Hex(bytes);
 }
-
-bool isMeant(const std::string& path, const std::vector<std::string>& mayChange) {
-    return std::any_of(mayChange.begin(), mayChange.end(), [&](const std::string& begin) {
-        return path == begin || (begin.ends_with('/') && path.starts_with(begin));
-    });
-}
-
-} // namespace
 
 Listing listed(const fs::path& folder) {
     Listing listing;

@@ -15,6 +15,9 @@ using Listing = std::map<std::string, std::string>;
 
 Listing listed(const std::filesystem::path& folder);
 
+/// Of one entry.
+std::string told(const std::filesystem::directory_entry& entry);
+
 /// What is new, gone or other, as "+path", "-path" or "!path"; entries that `mayChange` begins
 /// (a path itself, or a folder with a "/" behind it) are left out.
 std::vector<std::string> differences(const Listing& before, const Listing& after,

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iomanip>
 #include <nlohmann/json.hpp>
+#include <numeric>
 #include <optional>
 #include <ostream>
 #include <stdexcept>
@@ -25,17 +26,30 @@ class Parts {
 public:
     static constexpr int count = 2;
 
-    Parts() {
+    explicit Parts(const fs::path& tests) : program(tests) {
+        ::setenv("GTEST_TOTAL_SHARDS", std::to_string(count).c_str(), 1);
         for (int i = 0; i < count; ++i) {
-            ::setenv("GTEST_TOTAL_SHARDS", std::to_string(count).c_str(), 1);
             ::setenv("GTEST_SHARD_INDEX", std::to_string(i).c_str(), 1);
             parts.push_back(sandbox::ChildProcess::start(
-                E2E_TESTS,
+                program,
                 {"--gtest_filter=Faults/FaultMatrix.*",
                  "--gtest_output=json:" + reportOf(i).string()},
                 place.folder(), place.folder() / ("output" + std::to_string(i))));
         }
+        ::unsetenv("GTEST_TOTAL_SHARDS");
+        ::unsetenv("GTEST_SHARD_INDEX");
     }
+
+    /// Not before they have ended, as they work in the folder. Tests that are broken off would
+    /// leave their hosts behind.
+    ~Parts() {
+        for (int i = 0; i < count; ++i) {
+            wait(i);
+        }
+    }
+
+    Parts(const Parts&) = delete;
+    Parts& operator=(const Parts&) = delete;
 
     /// Whether no test of that part has failed.
     bool wait(int part) {
@@ -47,7 +61,7 @@ public:
     Json report(int part) const {
         std::ifstream stream(reportOf(part));
         if (!stream) {
-            throw std::runtime_error(std::string("no report comes from ") + E2E_TESTS);
+            throw std::runtime_error("no report comes from " + program.string());
         }
         return Json::parse(stream);
     }
@@ -57,6 +71,7 @@ private:
         return place.folder() / ("report" + std::to_string(part) + ".json");
     }
 
+    const fs::path program;
     const Surroundings place;
     std::vector<std::optional<sandbox::ChildProcess>> parts;
 };
@@ -78,9 +93,9 @@ void takeTest(FaultMatrix& matrix, const Json& test) {
 
 } // namespace
 
-FaultMatrix runFaultMatrix() {
+FaultMatrix runFaultMatrix(const fs::path& tests, std::size_t cells) {
     FaultMatrix matrix;
-    Parts parts;
+    Parts parts(tests);
     bool good = true;
     for (int i = 0; i < Parts::count; ++i) {
         good = parts.wait(i) && good;
@@ -91,8 +106,18 @@ FaultMatrix runFaultMatrix() {
             }
         }
     }
-    matrix.isWhole = good && !matrix.cells.empty();
+    if (const std::size_t found = cellCount(matrix); found != cells) {
+        matrix.faults.push_back("the tests have " + std::to_string(found) + " cells, and not " +
+                                std::to_string(cells));
+    }
+    matrix.isWhole = good && matrix.faults.empty();
     return matrix;
+}
+
+std::size_t cellCount(const FaultMatrix& matrix) {
+    return std::accumulate(
+        matrix.cells.begin(), matrix.cells.end(), std::size_t{0},
+        [](std::size_t sum, const auto& row) { return sum + row.second.size(); });
 }
 
 void print(std::ostream& out, const FaultMatrix& matrix) {
@@ -107,17 +132,16 @@ void print(std::ostream& out, const FaultMatrix& matrix) {
         out << std::setw(cellWidth) << i + 1;
     }
     out << "\n";
-    std::size_t count = 0;
     for (const auto& [fault, cells] : matrix.cells) {
         out << std::setw(nameWidth) << fault;
         for (const std::string& on : matrix.on) {
             const auto cell = cells.find(on);
             out << std::setw(cellWidth) << (cell == cells.end() ? "" : cell->second);
-            count += cell == cells.end() ? 0 : 1;
         }
         out << "\n";
     }
-    out << count << " cells. held: every file was the old or the new one. unseen: a data file "
+    out << cellCount(matrix)
+        << " cells. held: every file was the old or the new one. unseen: a data file "
         << "that nothing tests\nwas placed as it came. throws: the parser's exception left the "
         << "answer's callback, as it has to.\n";
     for (const std::string& fault : matrix.faults) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <filesystem>
 #include <iosfwd>
 #include <map>
 #include <string>
@@ -13,12 +15,16 @@ struct FaultMatrix {
     /// What came of a cell, by the fault and by what it stood on.
     std::map<std::string, std::map<std::string, std::string>> cells{};
     std::vector<std::string> on{};
-    std::vector<std::string> faults{}; ///< what the tests say of cells that failed
+    std::vector<std::string> faults{}; ///< what the tests say of cells that failed, or lack
     bool isWhole = false;              ///< all ran, and none failed
 };
 
-/// Blocks for a minute or two. Throws std::runtime_error when the tests cannot be run.
-FaultMatrix runFaultMatrix();
+/// Runs that program's tests, which are to have that many cells. Blocks for a minute or two, until
+/// all of them have ended, also when it fails. Throws std::runtime_error when they cannot be run.
+FaultMatrix runFaultMatrix(const std::filesystem::path& tests, std::size_t cells);
+
+/// What is in the table.
+std::size_t cellCount(const FaultMatrix& matrix);
 
 void print(std::ostream& out, const FaultMatrix& matrix);
 

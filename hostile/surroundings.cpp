@@ -13,6 +13,16 @@ namespace fs = std::filesystem;
 
 constexpr int wideDepth = 2;
 
+/// Nothing more than that it is there, where somebody takes it away or locks it meanwhile.
+std::string toldWithTime(const fs::directory_entry& entry) {
+    try {
+        const auto changed = fs::last_write_time(entry.path()).time_since_epoch();
+        return told(entry) + " " + std::to_string(changed.count());
+    } catch (const fs::filesystem_error&) {
+        return "";
+    }
+}
+
 } // namespace
 
 WideWatch::WideWatch(std::set<std::string> hostileNames)
@@ -23,25 +33,19 @@ WideWatch::WideWatch(std::set<std::string> hostileNames)
     known = look();
 }
 
-std::vector<std::string> WideWatch::newcomers() const {
-    std::vector<std::string> found;
-    for (const std::string& entry : look()) {
-        if (known.count(entry) == 0) {
-            found.push_back(entry);
-        }
-    }
-    return found;
+std::vector<std::string> WideWatch::findings() const {
+    return differences(known, look(), {});
 }
 
-std::set<std::string> WideWatch::look() const {
+Listing WideWatch::look() const {
     constexpr auto options = fs::directory_options::skip_permission_denied;
-    std::set<std::string> found;
+    Listing found;
     for (const fs::path& place : places) {
         std::error_code gone; // others come and go there
         auto entry = fs::recursive_directory_iterator(place, options, gone);
         for (; !gone && entry != fs::end(entry); entry.increment(gone)) {
             if (names.count(entry->path().filename().string()) > 0) {
-                found.insert(entry->path().string());
+                found[entry->path().string()] = toldWithTime(*entry);
             }
             if (entry.depth() + 1 >= wideDepth || place == "/") {
                 entry.disable_recursion_pending();

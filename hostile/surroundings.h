@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "hostile/disk.h"
+
 /// What lies around the client while hostile things are done to it. One thread; one at a time.
 namespace hostile {
 
@@ -17,15 +19,16 @@ class WideWatch {
 public:
     explicit WideWatch(std::set<std::string> names);
 
-    /// The entries with such a name that were not there when the watch began.
-    std::vector<std::string> newcomers() const;
+    /// Entries with such a name that are new, gone, other or written anew since the watch began,
+    /// as `differences` tells them. One of an earlier watch counts again when it is written again.
+    std::vector<std::string> findings() const;
 
 private:
-    std::set<std::string> look() const;
+    Listing look() const; ///< with the time of the last change
 
     std::set<std::string> names;
     std::set<std::filesystem::path> places;
-    std::set<std::string> known;
+    Listing known;
 };
 
 /// A folder of a trial's own, made in the system's one for such, that goes with the object.

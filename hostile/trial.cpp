@@ -40,12 +40,12 @@ private:
         const Listing before = listed(root);
         const crash::Session session = machine.run();
         const Listing after = listed(root);
+        const crash::Snapshot now = machine.look();
         testEnd(session, "the hostile run");
-        for (const std::string& path : differences(before, after, mayChange())) {
+        for (const std::string& path : differences(before, after, mayChange(now))) {
             fault("the hostile run: " + path);
         }
         testReason(session.log);
-        const crash::Snapshot now = machine.look();
         for (const Pair& pair : pairs) {
             testOutcome(pair, now);
         }
@@ -59,10 +59,10 @@ private:
         offerSound(packet, pairs);
         const Listing before = listed(root);
         testEnd(machine.run(), "the sound run");
-        for (const std::string& path : differences(before, listed(root), mayChange(true))) {
+        const crash::Snapshot now = machine.look();
+        for (const std::string& path : differences(before, listed(root), mayChange(now, true))) {
             fault("the sound run: " + path);
         }
-        const crash::Snapshot now = machine.look();
         for (const Pair& pair : pairs) {
             if (bytesAt(now, pair.path) != textOf(pair.afterSound)) {
                 fault(pair.path + " is not whole behind the sound run");
@@ -126,12 +126,21 @@ private:
     /// Whether anything but downloads and old files lies in the update folder.
     bool leavesTraces(const crash::Snapshot& now) const {
         return std::any_of(now.files.begin(), now.files.end(), [this](const auto& file) {
-            return file.first.starts_with("update\\") && !isExpected(file.first.substr(7));
+            return file.first.starts_with("update\\") && !isOldFile(file) &&
+                   !isDownload(file.first.substr(7));
         });
     }
 
-    bool isExpected(const std::string& name) const {
-        return name.starts_with("temp\\") || name == materials::md5Hex(nearImage(2)) ||
+    /// Whether it is what stood at a target, moved out of the way.
+    bool isOldFile(const std::pair<const std::string, std::string>& file) const {
+        return file.first.starts_with("update\\temp\\") &&
+               (file.second == textOf(nearImage(1)) ||
+                std::any_of(pairs.begin(), pairs.end(),
+                            [&](const Pair& pair) { return file.second == textOf(pair.before); }));
+    }
+
+    bool isDownload(const std::string& name) const {
+        return name == materials::md5Hex(nearImage(2)) ||
                std::any_of(pairs.begin(), pairs.end(), [&](const Pair& pair) {
                    return isHash(name) && name == pair.hostile.md5;
                });
@@ -143,7 +152,7 @@ private:
     }
 
     /// Paths below the surroundings that a run may touch.
-    std::vector<std::string> mayChange(bool isSound = false) const {
+    std::vector<std::string> mayChange(const crash::Snapshot& now, bool isSound = false) const {
         const std::string machines = around.lexically_relative(root).string() + "/";
         const std::string client = machines + "client/";
         std::vector<std::string> paths{machines + "stores.json",
@@ -151,13 +160,17 @@ private:
                                        machines + "session1.json",
                                        machines + "home/OrvSecurity/config/uninst/filelist.xml",
                                        client + onDisk(nearPath),
-                                       client + "update/temp/",
                                        client + "update/" + materials::md5Hex(nearImage(2)),
                                        client + "delayed-moves.journal"};
         for (const Pair& pair : pairs) {
             paths.push_back(client + onDisk(pair.path));
             if (isHash(pair.hostile.md5)) {
                 paths.push_back(client + "update/" + pair.hostile.md5);
+            }
+        }
+        for (const auto& file : now.files) {
+            if (isOldFile(file)) {
+                paths.push_back(client + onDisk(file.first));
             }
         }
         if (isSound || expected.fate != Fate::untouched) {

@@ -35,7 +35,7 @@ public:
         XTaskKelvarMove().check(&list, [&](bool) { ++finished; });
         return differences(first, listed(host.folder),
                            {"around/client/bin/c.dll", "around/client/delayed-moves.journal",
-                            mayWrite ? update : update + row.md5, update + "temp/"});
+                            mayWrite ? update : update + row.md5});
     }
     bool isOld() const { return holds(before); }
     bool isNew() const { return holds(wantedFile()); }

@@ -15,9 +15,18 @@ Pair soundPair() {
 }
 
 /// A file in another place than the one that it is told to be for.
-void goesAstray(Pair& pair) {
+void goesTo(Pair& pair, const char* path) {
     const std::string md5 = materials::md5Hex(wantedFile());
-    pair.hostile = {"bin\\stray.dll", md5, md5, wantedFile()};
+    pair.hostile = {path, md5, md5, wantedFile()};
+}
+
+void goesAstray(Pair& pair) {
+    goesTo(pair, "bin\\stray.dll");
+}
+
+/// Among the old files that were moved out of the way.
+void goesToTemp(Pair& pair) {
+    goesTo(pair, "update\\temp\\stray.dll");
 }
 
 bool tells(const Verdict& verdict, const std::string& fault) {
@@ -44,6 +53,8 @@ TEST(HostileTrial, FindsWhatIsNotAsItMustBe) {
          {Fate::untouched},
          [](Pair&) {
          }},
+        {"client/update/temp/stray.dll", {Fate::untouched}, goesToTemp},
+        {"bin\\c.dll: refused", {Fate::untouched}, goesToTemp},
         {"another reason",
          {Fate::placed, Reason::tooMuch},
          [](Pair&) {
