@@ -1,5 +1,7 @@
 #include "crash/cancelsweep.h"
 
+#include <algorithm>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "host/settings.h"
@@ -72,22 +74,40 @@ int statusIn(const Stored& stored) {
     return isThere ? Json::parse(found->second).value("status", 0) : 0;
 }
 
+bool isWhole(const Snapshot& at) {
+    const auto file = at.files.find(place);
+    return file != at.files.end() && file->second == package();
+}
+
 /// What the stored status and the setup program owe to the package on the disk.
 void lookAtPackage(const Snapshot& at, const Session& session, std::vector<Finding>& findings) {
-    const auto file = at.files.find(place);
-    const bool isWhole = file != at.files.end() && file->second == package();
+    const bool whole = isWhole(at);
     const int status = statusIn(at.stored);
-    if (status != (isWhole ? status : broken) || (isWhole && status == broken)) {
+    if (whole == (status == broken)) {
         findings.push_back({"the stored status is " + std::to_string(status) + ", the package " +
-                                (isWhole ? "whole" : "not whole"),
+                                (whole ? "whole" : "not whole"),
                             std::nullopt});
     }
-    if (!session.programs.empty() && !isWhole) {
+    if (!session.programs.empty() && !whole) {
         findings.push_back({"a setup program was started that is not whole", std::nullopt});
     }
     if (session.end != End::itself) {
         findings.push_back({"the host ended in an unforeseen way", std::nullopt});
     }
+}
+
+bool isOfTransfer(const Step& step) {
+    return (step.operation == Operation::openToWrite || step.operation == Operation::write) &&
+           step.what.ends_with(place);
+}
+
+/// Whether bytes are still to come at that step (counted from 1), so that a cancel has to stop
+/// them. The last two writes may be of bytes that are there already and only wait in the stream.
+bool isMidTransfer(const std::vector<Step>& steps, std::size_t at) {
+    constexpr std::ptrdiff_t ofStream = 2;
+    const auto behind = steps.begin() + static_cast<std::ptrdiff_t>(at);
+    return isOfTransfer(*std::prev(behind)) &&
+           std::count_if(behind, steps.end(), isOfTransfer) >= ofStream;
 }
 
 std::vector<Row> cancelEach(Machine& machine, Machine::Work work, int wantedStatus) {
@@ -96,9 +116,9 @@ std::vector<Row> cancelEach(Machine& machine, Machine::Work work, int wantedStat
         return machine.run(std::move(plan));
     };
     machine.layOut();
-    const std::size_t count = session({}).steps.size();
+    const std::vector<Step> steps = session({}).steps;
     std::vector<Row> rows;
-    for (std::size_t at = 1; at <= count; ++at) {
+    for (std::size_t at = 1; at <= steps.size(); ++at) {
         machine.layOut();
         Row row{at, Disturbance::cancelled, {}};
         const Session cancelled =
@@ -107,7 +127,11 @@ std::vector<Row> cancelEach(Machine& machine, Machine::Work work, int wantedStat
                      }});
         row.step = cancelled.steps.at(at - 1);
         row.step.what = machine.told(row.step.what);
-        lookAtPackage(machine.look(), cancelled, row.findings);
+        const Snapshot behind = machine.look();
+        if (isMidTransfer(steps, at)) {
+            row.findings = judgeCancel(behind, cancelled);
+        }
+        lookAtPackage(behind, cancelled, row.findings);
         const Session next = session({});
         lookAtPackage(machine.look(), next, row.findings);
         if (const int status = statusIn(machine.stored()); status != wantedStatus) {
@@ -128,6 +152,22 @@ Packet clientOf(const Json& storedOffer) {
 }
 
 } // namespace
+
+std::vector<Finding> judgeCancel(const Snapshot& at, const Session& session) {
+    std::vector<Finding> findings;
+    if (statusIn(at.stored) != broken || isWhole(at)) {
+        findings.push_back({"the package came in spite of the cancel", std::nullopt});
+    }
+    if (!session.programs.empty()) {
+        findings.push_back({"the setup was started in spite of the cancel", std::nullopt});
+    }
+    if (std::none_of(session.log.begin(), session.log.end(), [](const std::string& line) {
+            return line.find("perform err: 23") != std::string::npos;
+        })) {
+        findings.push_back({"the transfer did not end by the cancel", std::nullopt});
+    }
+    return findings;
+}
 
 std::vector<Row> cancelSweep() {
     std::vector<Row> rows;

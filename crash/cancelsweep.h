@@ -10,4 +10,8 @@ namespace crash {
 /// download that the user has asked for. A session without a cancel follows each.
 std::vector<Row> cancelSweep();
 
+/// What is wrong with a session that was cancelled while bytes of the package were to come: the
+/// transfer must stop, and nobody may take what came for the package.
+std::vector<Finding> judgeCancel(const Snapshot& at, const Session& session);
+
 } // namespace crash

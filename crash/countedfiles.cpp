@@ -69,7 +69,8 @@ std::FILE* openFile(const std::string& path, const char* mode)
 std::FILE* openFile(const std::string& path, const char* mode) {
     const bool writes = *mode == 'w';
     const Counted counted(writes ? Operation::openToWrite : Operation::openToRead, path);
-    if (counted.fails()) {
+    // On a full disk a file that is there opens, cut to nothing, and takes no byte.
+    if (counted.fails() && !(counted.isFull() && platform::fileExists(path))) {
         fail(counted, platform::errorSharingViolation);
         return nullptr;
     }

@@ -8,13 +8,9 @@
 
 namespace crash {
 
-namespace {
-
 std::string halfOf(const std::string& text) {
     return text.substr(0, text.size() / 2);
 }
-
-} // namespace
 
 Stored readStores(const std::filesystem::path& file) {
     std::ifstream stream(file);

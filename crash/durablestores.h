@@ -19,6 +19,9 @@ struct Stored {
     bool operator==(const Stored&) const = default;
 };
 
+/// What stands where the process ended in the middle of a write.
+std::string halfOf(const std::string& text);
+
 Stored readStores(const std::filesystem::path& file);
 void writeStores(const std::filesystem::path& file, const Stored& stored);
 

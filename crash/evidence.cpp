@@ -12,40 +12,54 @@ typename Map::mapped_type valueIn(const Map& map, const std::string& key) {
     return found == map.end() ? typename Map::mapped_type() : found->second;
 }
 
-bool hasLogged(const Trial& trial, const std::string& text, const std::string& more) {
-    for (const Session& session : trial.sessions) {
-        for (const std::string& line : session.log) {
-            if (line.find(text) != std::string::npos && line.find(more) != std::string::npos) {
-                return true;
-            }
-        }
+bool writes(Operation operation) {
+    switch (operation) {
+    case Operation::storeSetting:
+    case Operation::storeVersion:
+    case Operation::openToWrite:
+    case Operation::write:
+        return true;
+    default:
+        return false;
     }
-    return false;
+}
+
+bool writesTo(const Step& step, const std::string& what) {
+    return writes(step.operation) && step.what.find(what) != std::string::npos;
 }
 
 } // namespace
 
-std::string bytesAt(const Snapshot& at, const std::string& path) {
-    return valueIn(at.files, path);
+Bytes bytesAt(const Snapshot& at, const std::string& path) {
+    const auto found = at.files.find(path);
+    return found == at.files.end() ? std::nullopt : Bytes(found->second);
 }
 
-std::string entryIn(const Snapshot& at, const Target& target) {
-    return at.fileList ? valueIn(*at.fileList, target.path) : "";
+Bytes bytesBefore(const Target& target) {
+    return target.before.empty() ? std::nullopt : Bytes(target.before);
 }
 
-std::string versionIn(const Snapshot& at, const std::string& key) {
-    return valueIn(at.stored.versions, key);
+std::string formerEntry(const Target& target) {
+    return target.before.empty() ? "" : std::string(oldVersion) + " " + oldMd5 + " " + oldSize;
 }
 
-std::string textIn(const Snapshot& at, const std::string& key) {
-    return valueIn(at.stored.texts, key);
+std::string entryIn(const Snapshot& at, const std::string& path) {
+    return at.fileList ? valueIn(*at.fileList, path) : "";
 }
 
-bool isZero(const std::string& bytes) {
-    return !bytes.empty() && bytes.find_first_not_of('\0') == std::string::npos;
+std::string versionIn(const Stored& stored, const std::string& key) {
+    return valueIn(stored.versions, key);
 }
 
-bool isInTemp(const Snapshot& at, const std::string& bytes) {
+std::string textIn(const Stored& stored, const std::string& key) {
+    return valueIn(stored.texts, key);
+}
+
+bool isZero(const Bytes& bytes) {
+    return bytes && !bytes->empty() && bytes->find_first_not_of('\0') == std::string::npos;
+}
+
+bool isInTemp(const Snapshot& at, const Bytes& bytes) {
     return std::any_of(at.files.begin(), at.files.end(), [&](const auto& file) {
         return file.first.starts_with("update\\temp\\") && file.second == bytes;
     });
@@ -56,43 +70,112 @@ bool isScheduled(const Snapshot& at, const std::string& path) {
                        [&](const std::string& move) { return move.ends_with(" > " + path); });
 }
 
-bool isHandled(const Snapshot& at, const Target& target) {
-    return bytesAt(at, target.path) == target.after || isScheduled(at, target.path);
+bool isHandled(const Packet& packet, const Snapshot& at, const Target& target) {
+    const std::string replace = "update\\" + hashOf(packet, target) + " > " + target.path;
+    return bytesAt(at, target.path) == target.after ||
+           std::count(at.delayed.begin(), at.delayed.end(), replace) > 0;
 }
 
-bool isAnyHandled(const Trial& trial) {
-    return std::any_of(trial.packet.targets.begin(), trial.packet.targets.end(),
-                       [&](const Target& target) { return isHandled(trial.broken, target); });
-}
-
-bool isTarget(const Trial& trial, const std::string& path) {
-    return std::any_of(trial.packet.targets.begin(), trial.packet.targets.end(),
+bool isTarget(const Packet& packet, const std::string& path) {
+    return std::any_of(packet.targets.begin(), packet.targets.end(),
                        [&](const Target& target) { return target.path == path; });
 }
 
-bool isToStay(const Trial& trial, const Target& target) {
-    const auto& targets = trial.packet.targets;
+bool isToStay(const Packet& packet, const Target& target) {
+    const auto& targets = packet.targets;
     return !target.group.empty() &&
            std::any_of(targets.begin(), targets.end(), [&](const Target& other) {
                return other.isRefused && other.group == target.group;
            });
 }
 
+const sandbox::OfferedMaterial* materialOf(const Packet& packet, const std::string& path) {
+    const auto& materials = packet.offer.materials;
+    const auto found = std::find_if(materials.begin(), materials.end(), [&](const auto& material) {
+        return material.extends.at("file_path") == path;
+    });
+    return found == materials.end() ? nullptr : &*found;
+}
+
+std::string hashOf(const Packet& packet, const Target& target) {
+    const sandbox::OfferedMaterial* const material = materialOf(packet, target.path);
+    return material ? material->extends.at("file_md5") : "";
+}
+
+bool isOfEarlierRun(const Packet& packet, const Target& target, const Bytes& bytes) {
+    return std::any_of(packet.delayed.begin(), packet.delayed.end(), [&](const auto& move) {
+        return move.second == target.path && packet.files.at(move.first) == bytes;
+    });
+}
+
+bool isDeath(Disturbance disturbance) {
+    switch (disturbance) {
+    case Disturbance::diesBefore:
+    case Disturbance::diesAfter:
+    case Disturbance::losesOpen:
+    case Disturbance::losesAll:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool died(const Trial& trial) {
+    return trial.sessions.front().end == End::asPlanned;
+}
+
+bool isPowerLoss(const Trial& trial) {
+    return trial.disturbance == Disturbance::losesAll;
+}
+
+bool hasLogged(const Trial& trial, const std::string& text, const std::string& more) {
+    const auto has = [&](const std::string& line) {
+        return line.find(text) != std::string::npos && line.find(more) != std::string::npos;
+    };
+    return std::any_of(trial.sessions.begin(), trial.sessions.end(), [&](const Session& session) {
+        return std::any_of(session.log.begin(), session.log.end(), has);
+    });
+}
+
+bool isStep(const Trial& trial, Operation operation, const std::string& what) {
+    return trial.step.operation == operation && trial.step.what.find(what) != std::string::npos;
+}
+
+bool wroteTo(const Trial& trial, const std::string& what, std::size_t from) {
+    const std::vector<Step>& steps = trial.sessions.front().steps;
+    for (std::size_t number = std::max<std::size_t>(from, 1); number <= steps.size(); ++number) {
+        if (writesTo(steps[number - 1], what)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool wasKeptFromWriting(const Trial& trial, const std::string& what) {
+    return died(trial) || (trial.disturbance == Disturbance::fails && writesTo(trial.step, what)) ||
+           (trial.disturbance == Disturbance::fullDisk && wroteTo(trial, what, trial.at));
+}
+
+std::size_t timesScheduled(const Trial& trial, const Target& target) {
+    std::size_t times = 0;
+    for (const Session& session : trial.sessions) {
+        times += static_cast<std::size_t>(
+            std::count_if(session.log.begin(), session.log.end(), [&](const std::string& line) {
+                return line.find("set peeding :") != std::string::npos &&
+                       line.find("\\" + target.path) != std::string::npos;
+            }));
+    }
+    return times;
+}
+
 bool hasWaited(const Trial& trial, const Target& target) {
-    return hasLogged(trial, "set peeding :", "\\" + target.path);
+    return timesScheduled(trial, target) > 0;
 }
 
 bool isRefusedBySystem(const Trial& trial, const std::string& path) {
-    return hasLogged(trial, "peeding src to dst error", "") &&
+    return hasLogged(trial, "peeding src to dst error") &&
            trial.step.operation == Operation::moveAtRestart &&
            trial.step.what.ends_with("\\" + path);
-}
-
-bool isOfEarlierRun(const Trial& trial, const Target& target, const std::string& bytes) {
-    const auto& delayed = trial.packet.delayed;
-    return std::any_of(delayed.begin(), delayed.end(), [&](const auto& move) {
-        return move.second == target.path && trial.packet.files.at(move.first) == bytes;
-    });
 }
 
 bool isTakenAway(const Trial& trial, const std::string& name) {
@@ -100,60 +183,18 @@ bool isTakenAway(const Trial& trial, const std::string& name) {
            hasLogged(trial, "dupl padding, delete:", name);
 }
 
-bool isPowerLoss(const Trial& trial) {
-    return trial.disturbance == Disturbance::losesAll;
-}
-
 bool wasOnItsWay(const Trial& trial, const Target& target) {
-    return isHandled(trial.broken, target) ||
+    return isHandled(trial.packet, trial.broken, target) ||
            (isPowerLoss(trial) && isZero(bytesAt(trial.broken, target.path)));
 }
 
-bool isUndoneByOther(const Trial& trial, const Target& target, const std::string& bytes) {
+bool isUndoneByOther(const Trial& trial, const Target& target, const Bytes& bytes) {
     if (trial.disturbance != Disturbance::otherHost ||
         bytes != bytesAt(trial.broken, target.path)) {
         return false;
     }
-    return bytes.empty()
-               ? isInTemp(trial.broken, target.after)
-               : bytes == target.before && !target.group.empty() && !hasWaited(trial, target);
-}
-
-std::optional<Loss> lossOf(const Trial& trial, const Target& target, const std::string& bytes) {
-    const bool isMissing = bytes.empty() && bytesAt(trial.broken, target.path).empty();
-    const bool isOld = bytes == target.before;
-    if (isPowerLoss(trial) && isZero(bytes)) {
-        return Loss::notForced;
-    }
-    if (isOld && isRefusedBySystem(trial, target.path)) {
-        return Loss::notScheduled;
-    }
-    if (isOld && isTakenAway(trial, hashOf(trial, target))) {
-        return Loss::scheduledTwice;
-    }
-    if (isUndoneByOther(trial, target, bytes)) {
-        return Loss::twoHosts;
-    }
-    if (isHandled(trial.broken, target) && isOfEarlierRun(trial, target, bytes)) {
-        return Loss::overtaken;
-    }
-    if (isMissing && isInTemp(trial.broken, target.before)) {
-        return Loss::betweenMoves;
-    }
-    if (bytes == target.after && isToStay(trial, target) &&
-        (isHandled(trial.broken, target) || hasWaited(trial, target))) {
-        return Loss::groupTorn;
-    }
-    return std::nullopt;
-}
-
-std::string hashOf(const Trial& trial, const Target& target) {
-    for (const sandbox::OfferedMaterial& material : trial.packet.offer.materials) {
-        if (material.extends.at("file_path") == target.path) {
-            return material.extends.at("file_md5");
-        }
-    }
-    return "";
+    return bytes ? bytes == target.before && !target.group.empty() && !hasWaited(trial, target)
+                 : isInTemp(trial.broken, target.after);
 }
 
 } // namespace crash

@@ -1,127 +1,74 @@
-#include "crash/evidence.h"
-
 #include <algorithm>
+#include <map>
 #include <nlohmann/json.hpp>
-#include <set>
 
+#include "crash/explain.h"
+#include "crash/judgements.h"
 #include "host/settings.h"
 
 namespace crash {
 
 namespace {
 
-constexpr const char* listName = "filelist.xml";
-
-/// The judgement of one trial, a subject at a time.
-class Judge {
+/// The judgement of where a trial has come to, a subject at a time.
+class EndJudge {
 public:
-    explicit Judge(const Trial& given) : trial(given) {}
+    EndJudge(const Trial& given, std::vector<Finding>& told) : trial(given), findings(told) {}
 
-    std::vector<Finding> judge() {
-        lookAtTheBreak();
+    void judge() {
         for (const Target& target : trial.packet.targets) {
             lookAtTarget(target);
             lookAtEntry(target);
             lookAtVersion(target);
             lookAtProgram(target);
         }
+        lookAtGroups();
         lookAtPacketVersions();
+        lookAtForeignEntries();
         lookAtLists();
         lookAtOtherFiles();
-        return findings;
     }
 
 private:
-    void tell(const std::string& what, std::optional<Loss> loss) {
-        findings.push_back({what, loss});
-    }
-
-    /// What must hold at every moment: the old bytes, the new ones, or the old ones aside.
-    void lookAtTheBreak() {
-        for (const Target& target : trial.packet.targets) {
-            const std::string bytes = bytesAt(trial.broken, target.path);
-            if (bytes == target.before || bytes == target.after ||
-                (bytes.empty() && isInTemp(trial.broken, target.before))) {
-                continue;
-            }
-            std::optional<Loss> loss;
-            if (isPowerLoss(trial) && isZero(bytes)) {
-                loss = Loss::notForced;
-            } else if (trial.disturbance == Disturbance::otherHost && bytes.empty() &&
-                       isInTemp(trial.broken, target.after)) {
-                loss = Loss::twoHosts;
-            } else if (bytes.empty() && isToStay(trial, target) && hasWaited(trial, target) &&
-                       bytesAt(trial.broken, "update\\" + hashOf(trial, target)) == target.before) {
-                loss = Loss::takenBackTooFar;
-            }
-            tell(target.path + " holds neither the old nor the new bytes at the break", loss);
-        }
-        if (!damagedLists(trial.broken.stored).empty()) {
-            tell("a stored list is no JSON", trial.disturbance == Disturbance::losesOpen &&
-                                                     trial.step.operation == Operation::storeSetting
-                                                 ? std::optional(Loss::settingCut)
-                                                 : std::nullopt);
-        }
-        if (!trial.broken.fileList) {
-            const bool isInIt = trial.step.what.find(listName) != std::string::npos;
-            tell("filelist.xml cannot be read",
-                 isInIt || isPowerLoss(trial) ? std::optional(Loss::fileListCut) : std::nullopt);
-        }
-        for (const Session& session : trial.sessions) {
-            if (session.end == End::other ||
-                (session.end == End::exception && damagedLists(trial.broken.stored).empty())) {
-                tell("the host ended in an unforeseen way", std::nullopt);
-            }
-        }
-    }
+    void tell(const std::string& what, Reason why) { findings.push_back({what, why}); }
 
     void lookAtTarget(const Target& target) {
-        const std::string bytes = bytesAt(trial.end, target.path);
+        const Bytes bytes = bytesAt(trial.end, target.path);
         if (bytes == bytesAt(trial.wanted, target.path) ||
-            (isToStay(trial, target) && bytes == target.before)) {
+            (isToStay(trial.packet, target) && bytes == bytesBefore(target))) {
             return;
         }
-        const char* const how = bytes.empty()            ? " is missing"
+        const char* const how = !bytes                   ? " is missing"
                                 : bytes == target.before ? " is the old one"
                                 : bytes == target.after  ? " is the new one"
                                                          : " holds other bytes";
-        tell(target.path + how + " in the end", lossOf(trial, target, bytes));
-        different.insert(target.path);
+        const Reason why = whyDifferent(trial, target, bytes);
+        tell(target.path + how + " in the end", why);
+        different.emplace(target.path, why);
     }
 
     void lookAtEntry(const Target& target) {
-        if (!trial.end.fileList || different.count(target.path) > 0) {
-            return; // told above
-        }
-        const std::string stored = entryIn(trial.end, target);
-        const std::string wanted = entryIn(trial.wanted, target);
-        if (stored == wanted) {
+        const std::string entry = entryIn(trial.end, target.path);
+        if (!trial.end.fileList || entry == entryIn(trial.wanted, target.path) ||
+            (isDifferent(target) && isPossibleEntry(trial.packet, target, entry))) {
             return;
         }
-        const auto withoutSize = [](const std::string& entry) {
-            return entry.substr(0, entry.rfind(' '));
-        };
-        std::optional<Loss> loss;
-        if (hasWaited(trial, target) && withoutSize(stored) == withoutSize(wanted)) {
-            loss = Loss::sizeOfBefore;
-        } else if (isHandled(trial.broken, target) && stored == entryIn(trial.broken, target)) {
-            loss = Loss::unrecorded;
-        }
-        tell(target.path + " has \"" + stored + "\" in filelist.xml", loss);
+        tell(target.path + " has \"" + entry + "\" in filelist.xml",
+             whyEntry(trial, target, entry));
     }
 
     /// One that carries its own version may have it in the store as well; it must be true.
     void lookAtVersion(const Target& target) {
-        const std::string stored = versionIn(trial.end, target.path);
+        const std::string stored = versionIn(trial.end.stored, target.path);
         const bool isTrue = stored == newVersion && bytesAt(trial.end, target.path) == target.after;
-        if (stored == versionIn(trial.wanted, target.path) || isTrue ||
-            different.count(target.path) > 0) {
+        const bool isPossible =
+            stored == newVersion || stored == versionIn(trial.packet.stored, target.path);
+        if (stored == versionIn(trial.wanted.stored, target.path) || isTrue ||
+            (isDifferent(target) && isPossible)) {
             return;
         }
-        const bool wasLeftSo =
-            wasOnItsWay(trial, target) && stored == versionIn(trial.broken, target.path);
         tell(target.path + " has version \"" + stored + "\" in the store",
-             wasLeftSo ? std::optional(Loss::unrecorded) : std::nullopt);
+             whyVersion(trial, target.path, stored));
     }
 
     void lookAtProgram(const Target& target) {
@@ -130,26 +77,68 @@ private:
             std::count(wanted.begin(), wanted.end(), target.program) == 0) {
             return;
         }
-        for (const Session& session : trial.sessions) {
-            if (std::count(session.programs.begin(), session.programs.end(), target.program) > 0) {
-                return;
+        const bool wasStarted =
+            std::any_of(trial.sessions.begin(), trial.sessions.end(), [&](const Session& session) {
+                const auto& programs = session.programs;
+                return std::count(programs.begin(), programs.end(), target.program) > 0;
+            });
+        if (!wasStarted) {
+            tell(target.program + " was never started", whyNotStarted(trial, target));
+        }
+    }
+
+    /// A mixed group is a loss of its own: that a member keeps its old file does not excuse it.
+    void lookAtGroups() {
+        struct Group {
+            std::size_t after = 0;
+            std::size_t members = 0;
+            bool isAsWanted = true;
+            Reason why;
+        };
+        std::map<std::string, Group> groups;
+        for (const Target& target : trial.packet.targets) {
+            const Bytes bytes = bytesAt(trial.end, target.path);
+            Group& group = groups[target.group];
+            ++group.members;
+            group.after += bytes == target.after ? 1 : 0;
+            group.isAsWanted = group.isAsWanted && bytes == bytesAt(trial.wanted, target.path);
+            const auto found = different.find(target.path);
+            if (found == different.end()) {
+                continue;
+            }
+            if (found->second != Loss::scheduledTwice) {
+                group.why = found->second;
+            } else if (trial.disturbance == Disturbance::otherHost) {
+                group.why = Loss::twoHosts; // both have scheduled it, and one its group as a whole
             }
         }
-        std::optional<Loss> loss;
-        if (wasOnItsWay(trial, target)) {
-            loss = Loss::unrecorded;
-        } else if (isUndoneByOther(trial, target, bytesAt(trial.end, target.path))) {
-            loss = Loss::twoHosts;
+        groups.erase("");
+        for (const auto& [name, group] : groups) {
+            if (group.after > 0 && group.after < group.members && !group.isAsWanted) {
+                tell("group " + name + " is mixed in the end", group.why);
+            }
         }
-        tell(target.program + " was never started", loss);
     }
 
     void lookAtPacketVersions() {
         for (const char* key : {versionKey, virusLibKey}) {
-            const std::string stored = versionIn(trial.end, key);
-            if (stored != versionIn(trial.wanted, key)) {
+            const std::string stored = versionIn(trial.end.stored, key);
+            if (stored != versionIn(trial.wanted.stored, key)) {
                 tell(std::string(key) + " is \"" + stored + "\" in the store",
-                     isAnyHandled(trial) ? std::optional(Loss::unrecorded) : std::nullopt);
+                     whyVersion(trial, key, stored));
+            }
+        }
+    }
+
+    void lookAtForeignEntries() {
+        for (const auto& [name, entry] : trial.end.fileList.value_or(Entries())) {
+            if (!isTarget(trial.packet, name)) {
+                tell(name + " has got an entry in filelist.xml", std::nullopt);
+            }
+        }
+        for (const auto& [key, version] : trial.end.stored.versions) {
+            if (!isTarget(trial.packet, key) && key != versionKey && key != virusLibKey) {
+                tell(key + " has got a version in the store", std::nullopt);
             }
         }
     }
@@ -160,53 +149,78 @@ private:
             tell("a stored list is no JSON in the end", std::nullopt);
             return;
         }
-        const std::string padding = textIn(trial.end, settingkeys::kelvarPaddingFileList);
-        const nlohmann::json waiting =
-            padding.empty() ? nlohmann::json::object() : nlohmann::json::parse(padding);
-        for (const auto& [path, name] : waiting.items()) {
-            std::string file = name.get<std::string>();
-            file.erase(0, file.find_first_not_of('\\')); // of a member of a cabinet
-            if (trial.end.files.count("update\\" + file) > 0 && !isScheduled(trial.end, path)) {
-                std::optional<Loss> loss;
-                if (isTakenAway(trial, file)) {
-                    loss = Loss::scheduledTwice;
-                } else if (isRefusedBySystem(trial, path)) {
-                    loss = Loss::notScheduled;
-                } else if (isPowerLoss(trial) && isZero(bytesAt(trial.end, path))) {
-                    loss = Loss::notForced; // it was fetched again for the next run
-                }
-                tell(path + " is listed as waiting and nothing is to replace it", loss);
-            }
+        const auto listIn = [&](const char* key) {
+            const std::string text = textIn(trial.end.stored, key);
+            return text.empty() ? nlohmann::json() : nlohmann::json::parse(text);
+        };
+        const nlohmann::json padding = listIn(settingkeys::kelvarPaddingFileList);
+        for (const auto& [path, name] : padding.items()) {
+            lookAtWaiting(path, name.get<std::string>());
+        }
+        const nlohmann::json names = listIn(settingkeys::kelvarTempFileList);
+        for (const nlohmann::json& name : names) {
+            lookAtAside(name.get<std::string>());
         }
         if (!trial.end.delayed.empty()) {
             tell("the system still keeps: " + trial.end.delayed.front(), std::nullopt);
         }
     }
 
+    void lookAtWaiting(const std::string& path, std::string file) {
+        const auto& earlier = trial.packet.delayed;
+        if (!isTarget(trial.packet, path) &&
+            std::none_of(earlier.begin(), earlier.end(),
+                         [&](const auto& move) { return move.second == path; })) {
+            tell(path + " is listed as waiting, and nobody has offered it", std::nullopt);
+        }
+        file.erase(0, file.find_first_not_of('\\')); // of a member of a cabinet
+        if (trial.end.files.count("update\\" + file) > 0 && !isScheduled(trial.end, path)) {
+            tell(path + " is listed as waiting and nothing is to replace it",
+                 whyWaiting(trial, path, file));
+        }
+    }
+
+    /// A name of the temp list, which the next run deletes there.
+    void lookAtAside(const std::string& name) {
+        const auto& materials = trial.packet.offer.materials;
+        const bool isOffered = std::any_of(materials.begin(), materials.end(),
+                                           [&](const auto& one) { return one.md5 == name; });
+        const std::string before = textIn(trial.packet.stored, settingkeys::kelvarTempFileList);
+        if (!isOffered && before.find("\"" + name + "\"") == std::string::npos) {
+            tell(name + " is listed as pushed aside, and nobody has offered it", std::nullopt);
+        }
+    }
+
     void lookAtOtherFiles() {
         for (const auto& [path, bytes] : trial.end.files) {
-            if (trial.wanted.files.count(path) == 0 && !isTarget(trial, path)) {
-                tell(path + " stays",
-                     path.starts_with("update\\") ? std::optional(Loss::leftover) : std::nullopt);
+            if (trial.wanted.files.count(path) == 0 && !isTarget(trial.packet, path)) {
+                tell(path + " stays", whyThere(trial, path));
             }
         }
         for (const auto& [path, bytes] : trial.wanted.files) {
-            if (!isTarget(trial, path) && !path.starts_with("update\\") &&
+            if (!isTarget(trial.packet, path) && !path.starts_with("update\\") &&
                 bytesAt(trial.end, path) != bytes) {
                 tell(path + " is not as it was", std::nullopt);
             }
         }
     }
 
+    bool isDifferent(const Target& target) const { return different.count(target.path) > 0; }
+
     const Trial& trial;
-    std::vector<Finding> findings;
-    std::set<std::string> different; ///< targets that are told of already
+    std::vector<Finding>& findings;
+    std::map<std::string, Reason> different; ///< targets that are told of already
 };
 
 } // namespace
 
 std::vector<Finding> judge(const Trial& trial) {
-    return Judge(trial).judge();
+    std::vector<Finding> findings;
+    judgeDisturbance(trial, findings);
+    judgeMoments(trial, findings);
+    EndJudge(trial, findings).judge();
+    judgeRest(trial, findings);
+    return findings;
 }
 
 Outcome outcomeOf(const std::vector<Finding>& findings) {
@@ -223,9 +237,8 @@ Outcome outcomeOf(const std::vector<Finding>& findings) {
 std::vector<std::string> damagedLists(const Stored& stored) {
     std::vector<std::string> damaged;
     for (const char* key : {settingkeys::kelvarTempFileList, settingkeys::kelvarPaddingFileList}) {
-        const auto found = stored.texts.find(key);
-        if (found != stored.texts.end() && !found->second.empty() &&
-            !nlohmann::json::accept(found->second)) {
+        const std::string text = textIn(stored, key);
+        if (!text.empty() && !nlohmann::json::accept(text)) {
             damaged.emplace_back(key);
         }
     }

@@ -16,13 +16,17 @@
 
 namespace crash {
 
+/// Entries of filelist.xml by name, "version md5 size".
+using Entries = std::map<std::string, std::string>;
+
 /// What stands on a machine. Paths are the client's, relative to its folder.
 struct Snapshot {
     std::map<std::string, std::string> files;
     Stored stored;
     std::vector<std::string> delayed; ///< "from > to", or "from" to delete
-    /// Entries of filelist.xml by name, "version md5 size"; nothing when it cannot be read.
-    std::optional<std::map<std::string, std::string>> fileList;
+    std::optional<Entries> fileList;  ///< nothing when it cannot be read
+
+    bool operator==(const Snapshot&) const = default;
 };
 
 /// How a session of the host ended.
@@ -61,9 +65,10 @@ public:
     using Work = void (*)(FakeHost& host);
     void does(Work work) { sessionWork = work; }
 
-    /// Ends the programs that keep files in use and carries out what the system keeps. Where
-    /// that is nothing, the machine is not restarted.
+    /// Ends the programs that keep files in use and carries out what the system keeps.
     void restart();
+    /// The same where the system keeps something; else the machine is not restarted.
+    void restartIfAsked();
 
     Snapshot look() const;
 

@@ -35,6 +35,8 @@ struct Packet {
 };
 
 inline constexpr const char* oldVersion = "1.0.0.1001";
+inline constexpr const char* oldMd5 = "old"; ///< in filelist.xml, as the setup left it
+inline constexpr const char* oldSize = "1";
 inline constexpr const char* newVersion = "2.0.0.2002";
 inline constexpr const char* newVirusLibVersion = "2026-11-20";
 inline constexpr const char* versionKey = "update\\version.dat";

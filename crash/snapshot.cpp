@@ -36,8 +36,8 @@ void Machine::writeFileList() const {
     std::string entries;
     for (const Target& target : content.targets) {
         if (!target.before.empty()) {
-            entries += "<File Name=\"" + target.path + "\" Version=\"" + oldVersion +
-                       "\" MD5=\"old\" IsPE=\"true\" Size=\"1\"/>";
+            entries += "<File Name=\"" + target.path + "\" Version=\"" + oldVersion + "\" MD5=\"" +
+                       oldMd5 + "\" IsPE=\"true\" Size=\"" + oldSize + "\"/>";
         }
     }
     const fs::path place = host.folder / listPlace;

@@ -4,6 +4,7 @@
 #include <array>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,53 +19,6 @@ constexpr std::array ofOperations{Disturbance::fails,        Disturbance::diesBe
                                   Disturbance::losesAll,     Disturbance::fullDisk,
                                   Disturbance::clockSetBack, Disturbance::otherHost};
 
-/// Runs and restarts until nothing more can come.
-void settle(Machine& machine, std::vector<Session>& sessions) {
-    constexpr int enough = 3;
-    for (int i = 0; i < enough; ++i) {
-        sessions.push_back(machine.run());
-        const Stored stored = machine.stored();
-        if (const auto damaged = damagedLists(stored); !damaged.empty()) {
-            Stored cleared = stored; // as the runbook tells
-            for (const std::string& key : damaged) {
-                cleared.texts[key].clear();
-            }
-            machine.store(cleared);
-            sessions.push_back(machine.run());
-        }
-        machine.restart();
-    }
-}
-
-std::vector<std::string> programsOf(const std::vector<Session>& sessions) {
-    std::vector<std::string> all;
-    for (const Session& session : sessions) {
-        all.insert(all.end(), session.programs.begin(), session.programs.end());
-    }
-    return all;
-}
-
-bool comesWithARestart(Disturbance disturbance) {
-    return disturbance == Disturbance::diesAfter || disturbance == Disturbance::losesAll;
-}
-
-/// A gate that the clock has shut: a session behind it touches nothing.
-void waitForTheClock(Machine& machine, Trial& trial, std::vector<Finding>& findings) {
-    const std::uint32_t tick = machine.tick;
-    machine.tick = 0;
-    trial.sessions.push_back(machine.run());
-    machine.tick = tick;
-    const std::vector<std::string>& log = trial.sessions.back().log;
-    if (std::none_of(log.begin(), log.end(), [](const std::string& line) {
-            return line.find("check times fail") != std::string::npos;
-        })) {
-        findings.push_back({"the gate is open although the clock was set back", std::nullopt});
-    }
-    if (machine.look().files != trial.broken.files) {
-        findings.push_back({"a run behind a shut gate changed a file", std::nullopt});
-    }
-}
-
 Json toJson(const Row& row) {
     Json findings = Json::array();
     for (const Finding& finding : row.findings) {
@@ -72,7 +26,8 @@ Json toJson(const Row& row) {
             Json::array({finding.what, finding.loss ? static_cast<int>(*finding.loss) : -1}));
     }
     return Json::array({row.at, static_cast<int>(row.disturbance),
-                        static_cast<int>(row.step.operation), row.step.what, findings});
+                        static_cast<int>(row.step.operation), row.step.what, findings,
+                        row.runs ? static_cast<int>(*row.runs) : -1});
 }
 
 Row fromJson(const Json& json) {
@@ -83,6 +38,9 @@ Row fromJson(const Json& json) {
         const int loss = finding.at(1);
         row.findings.push_back({finding.at(0).get<std::string>(),
                                 loss < 0 ? std::nullopt : std::optional(static_cast<Loss>(loss))});
+    }
+    if (const int runs = json.at(5); runs >= 0) {
+        row.runs = static_cast<std::size_t>(runs);
     }
     return row;
 }
@@ -100,13 +58,25 @@ std::string readAll(int descriptor) {
     }
 }
 
+/// What one process has to say ahead of its rows.
+Json toJson(const Baseline& baseline) {
+    Json wrong = Json::array();
+    for (const Finding& finding : baseline.findings) {
+        wrong.push_back(finding.what);
+    }
+    return Json::array({baseline.first.steps.size(), baseline.first.storeLookups, wrong});
+}
+
 [[noreturn]] void work(const Packet& packet, std::size_t first, std::size_t stride, int output) {
     std::string lines;
     {
         Machine machine(packet);
         const Baseline baseline = undisturbed(machine);
-        for (const Row& row : sweep(machine, baseline, first, stride)) {
-            lines += toJson(row).dump() + "\n";
+        lines = toJson(baseline).dump() + "\n";
+        if (baseline.findings.empty()) {
+            for (const Row& row : sweep(machine, baseline, first, stride)) {
+                lines += toJson(row).dump() + "\n";
+            }
         }
     }
     for (std::size_t at = 0; at < lines.size();) {
@@ -120,48 +90,6 @@ std::string readAll(int descriptor) {
 }
 
 } // namespace
-
-Baseline undisturbed(Machine& machine) {
-    machine.layOut();
-    std::vector<Session> sessions;
-    settle(machine, sessions);
-    Baseline baseline{sessions.front(), {}, {}};
-    baseline.programs = programsOf(sessions);
-    baseline.end = machine.look();
-    return baseline;
-}
-
-Row tryOne(Machine& machine, const Baseline& baseline, Disturbance disturbance, std::size_t at) {
-    machine.layOut();
-    Trial trial{.packet = machine.packet(),
-                .disturbance = disturbance,
-                .wanted = baseline.end,
-                .wantedPrograms = baseline.programs};
-    if (disturbance == Disturbance::otherHost) {
-        const Machine::Pair both = machine.runBeside(at);
-        trial.sessions = {both.first, both.second};
-    } else {
-        trial.sessions = {machine.run({.disturbance = disturbance, .at = at})};
-    }
-    if (const auto& made = trial.sessions.front().steps; made.size() >= at) {
-        trial.step = made[at - 1];
-    }
-    trial.broken = machine.look();
-    std::vector<Finding> findings;
-    if (disturbance == Disturbance::clockSetBack) {
-        waitForTheClock(machine, trial, findings);
-    }
-    if (comesWithARestart(disturbance)) {
-        machine.restart();
-    }
-    settle(machine, trial.sessions);
-    trial.end = machine.look();
-    for (Finding& finding : judge(trial)) {
-        finding.what = machine.told(finding.what);
-        findings.push_back(std::move(finding));
-    }
-    return {at, disturbance, {trial.step.operation, machine.told(trial.step.what)}, findings};
-}
 
 std::vector<Row> sweep(Machine& machine, const Baseline& baseline, std::size_t first,
                        std::size_t stride) {
@@ -177,12 +105,41 @@ std::vector<Row> sweep(Machine& machine, const Baseline& baseline, std::size_t f
     return rows;
 }
 
+std::vector<Row> rowsOf(const std::vector<std::string>& texts) {
+    std::vector<Row> rows;
+    Json baseline;
+    for (const std::string& text : texts) {
+        std::istringstream lines(text);
+        std::string line;
+        std::getline(lines, line);
+        const Json ofThis = Json::parse(line);
+        if (!ofThis.at(2).empty()) {
+            throw std::runtime_error(ofThis.at(2).at(0).get<std::string>());
+        }
+        if (!baseline.is_null() && ofThis != baseline) {
+            throw std::runtime_error("two undisturbed runs have not the same steps");
+        }
+        baseline = ofThis;
+        while (std::getline(lines, line)) {
+            rows.push_back(fromJson(Json::parse(line)));
+        }
+    }
+    const std::size_t steps = baseline.at(0);
+    const std::size_t lookups = baseline.at(1);
+    if (rows.size() != steps * ofOperations.size() + lookups) {
+        throw std::runtime_error(std::to_string(rows.size()) + " breaks of " +
+                                 std::to_string(steps) + " steps and " + std::to_string(lookups) +
+                                 " look-ups");
+    }
+    return rows;
+}
+
 std::vector<Row> sweep(const Packet& packet, std::size_t workers) {
     std::vector<int> outputs;
     for (std::size_t i = 0; i < workers; ++i) {
         std::array<int, 2> pipe{};
         if (::pipe(pipe.data()) != 0) {
-            return {};
+            throw std::runtime_error("no pipe to a process of the sweep");
         }
         if (::fork() == 0) {
             work(packet, i + 1, workers, pipe[1]);
@@ -190,12 +147,9 @@ std::vector<Row> sweep(const Packet& packet, std::size_t workers) {
         ::close(pipe[1]);
         outputs.push_back(pipe[0]);
     }
-    std::vector<Row> rows;
+    std::vector<std::string> texts;
     for (const int output : outputs) {
-        std::istringstream lines(readAll(output));
-        for (std::string line; std::getline(lines, line);) {
-            rows.push_back(fromJson(Json::parse(line)));
-        }
+        texts.push_back(readAll(output));
         ::close(output);
     }
     bool allWorked = true;
@@ -203,11 +157,15 @@ std::vector<Row> sweep(const Packet& packet, std::size_t workers) {
         int status = 0;
         allWorked = ::wait(&status) > 0 && status == 0 && allWorked;
     }
+    if (!allWorked) {
+        throw std::runtime_error("a process of the sweep has failed");
+    }
+    std::vector<Row> rows = rowsOf(texts);
     std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) {
         return std::pair(a.disturbance == Disturbance::storeIsGone, a.at) <
                std::pair(b.disturbance == Disturbance::storeIsGone, b.at);
     });
-    return allWorked ? rows : std::vector<Row>();
+    return rows;
 }
 
 } // namespace crash

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,8 +13,9 @@ namespace crash {
 struct Row {
     std::size_t at = 0;
     Disturbance disturbance = Disturbance::none;
-    Step step; ///< with paths as people read them
+    Step step; ///< with paths as people read them; none where look-ups are counted
     std::vector<Finding> findings = {};
+    std::optional<std::size_t> runs = {}; ///< until every target was as it should be
 };
 
 /// An undisturbed machine: its first session and where it comes to in the end.
@@ -22,8 +23,14 @@ struct Baseline {
     Session first;
     std::vector<std::string> programs;
     Snapshot end;
+    std::vector<Finding> findings; ///< what is wrong with it; then nothing may be compared with it
 };
 Baseline undisturbed(Machine& machine);
+
+/// What is wrong where an undisturbed machine has come to this end: targets and versions that are
+/// not as the packet has them, but for a refused group.
+std::vector<Finding> judgeUndisturbed(const Packet& packet, const Session& first,
+                                      const Snapshot& end);
 
 /// One disturbance and all that follows: the host starts again and runs, the machine restarts
 /// where something waits for it, the host runs again.
@@ -33,7 +40,12 @@ Row tryOne(Machine& machine, const Baseline& baseline, Disturbance disturbance, 
 std::vector<Row> sweep(Machine& machine, const Baseline& baseline, std::size_t first,
                        std::size_t stride);
 
-/// All of them, shared out among processes. Empty when one of these has failed.
+/// All of them, shared out among processes. Throws when one of these has failed, and as rowsOf.
 std::vector<Row> sweep(const Packet& packet, std::size_t workers);
+
+/// The rows in what the processes of a sweep have written: one text each, a line of JSON with the
+/// numbers of steps and of look-ups and what is wrong with the undisturbed machine, then a line a
+/// row. Throws when something is, when two are not of the same machine, and when a row is missing.
+std::vector<Row> rowsOf(const std::vector<std::string>& texts);
 
 } // namespace crash

@@ -29,16 +29,24 @@ std::string lineOf(const Row& row) {
                : operationNames[static_cast<std::size_t>(row.step.operation)];
 }
 
+std::string runsOf(const Row& row) {
+    return row.runs ? "behind " + std::to_string(*row.runs) + " more runs" : "not in the end";
+}
+
 } // namespace
 
 void printTable(std::ostream& out, const std::vector<Row>& rows) {
     std::map<std::string, std::map<Disturbance, Counts>> table;
     std::map<Disturbance, Counts> sums;
     std::map<Loss, std::size_t> losses;
+    std::map<std::string, std::size_t> runs;
     for (const Row& row : rows) {
         const auto outcome = static_cast<std::size_t>(outcomeOf(row.findings));
         ++table[lineOf(row)][row.disturbance][outcome];
         ++sums[row.disturbance][outcome];
+        if (row.disturbance != Disturbance::cancelled) {
+            ++runs[runsOf(row)];
+        }
         for (const Finding& finding : row.findings) {
             if (finding.loss) {
                 ++losses[*finding.loss];
@@ -59,6 +67,9 @@ void printTable(std::ostream& out, const std::vector<Row>& rows) {
         }
         out << "\n";
     }
+    for (const auto& [name, count] : runs) {
+        out << std::setw(6) << count << "breaks, targets as they should be: " << name << "\n";
+    }
     for (const auto& [loss, count] : losses) {
         out << std::setw(6) << count << lossMeanings[static_cast<std::size_t>(loss)] << "\n";
     }
@@ -72,7 +83,8 @@ void printRows(std::ostream& out, const std::vector<Row>& rows, bool all) {
         }
         out << row.at << " " << disturbanceNames[static_cast<std::size_t>(row.disturbance)] << ", "
             << lineOf(row) << " " << row.step.what << ": "
-            << outcomeNames[static_cast<std::size_t>(outcome)] << "\n";
+            << outcomeNames[static_cast<std::size_t>(outcome)]
+            << (row.disturbance == Disturbance::cancelled ? "" : ", " + runsOf(row)) << "\n";
         for (const Finding& finding : row.findings) {
             const std::string meaning =
                 finding.loss ? lossMeanings[static_cast<std::size_t>(*finding.loss)] : "FAULT";
