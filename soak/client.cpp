@@ -1,15 +1,12 @@
 #include "soak/client.h"
 
-#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <stdexcept>
 #include <thread>
-#include <unistd.h>
 
 #include "sandbox/platform/hostprocess.h"
 
@@ -28,26 +25,6 @@ constexpr const char* handleCounter = "handlecount.exe";
 std::string textOf(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// The number behind the name in /proc/N/status.
-double statusOf(const std::string& text, const std::string& name) {
-    const std::size_t at = text.find("\n" + name + ":");
-    std::istringstream rest(at == std::string::npos ? "" : text.substr(at + name.size() + 2));
-    double number = 0;
-    rest >> number;
-    return number;
-}
-
-/// User and system time of /proc/N/stat; the name of the program may hold blanks.
-double cpuOf(const std::string& text) {
-    std::istringstream rest(text.substr(std::min(text.rfind(')') + 1, text.size())));
-    std::vector<std::string> fields{std::istream_iterator<std::string>(rest), {}};
-    if (fields.size() < 13) {
-        return 0;
-    }
-    return (std::stod(fields[11]) + std::stod(fields[12])) /
-           static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
 std::vector<std::string> hostWords(const fs::path& scenario, bool windows) {
@@ -117,14 +94,13 @@ long long Client::findHost() const {
 }
 
 std::optional<Facts> Client::facts() const {
-    const double handles = handleCount();
     const fs::path process = fs::path("/proc") / std::to_string(host);
-    const std::string status = textOf(process / "status");
-    if (statusOf(status, "VmRSS") == 0) {
+    Facts all = factsOf(textOf(process / "stat"), textOf(process / "status"));
+    if (all.resident == 0) {
         return std::nullopt;
     }
-    return Facts{cpuOf(textOf(process / "stat")), statusOf(status, "Threads"), handles,
-                 statusOf(status, "RssAnon"), statusOf(status, "VmRSS")};
+    all.handles = handleCount();
+    return all;
 }
 
 void Client::set(const Words& words) {
@@ -166,11 +142,10 @@ double Client::handleCount() const {
     }
     const fs::path file = where.state() / "handles";
     fs::remove(file);
-    startHere(where.state() / handleCounter, {system->spelled(file), "trayhost.exe"}).wait();
-    std::istringstream told(textOf(file));
-    double count = 0;
-    told >> count;
-    return count;
+    auto counter =
+        startHere(where.state() / handleCounter, {system->spelled(file), "trayhost.exe"});
+    const int exit = counter.wait();
+    return toldHandles(exit, textOf(file));
 }
 
 void Client::hold(const std::string& file) {

@@ -8,18 +8,10 @@
 
 #include "sandbox/cli/clientsystem.h"
 #include "sandbox/platform/childprocess.h"
+#include "soak/facts.h"
 
 /// The client of the soak: a host that xsandbox keeps running, driven as its users drive it.
 namespace soak {
-
-/// What the system tells of the host's process.
-struct Facts {
-    double cpuSeconds = 0;
-    double threads = 0;
-    double handles = 0;  ///< of the client's system
-    double memory = 0;   ///< KB of its own, without what is mapped from files
-    double resident = 0; ///< KB in all
-};
 
 /// One thread. What starts or asks throws std::runtime_error when that fails.
 class Client {
@@ -35,7 +27,7 @@ public:
 
     const sandbox::Folders& folders() const { return where; }
 
-    /// Nothing once the host has ended.
+    /// Nothing once the host has ended. Throws when its handles cannot be counted.
     std::optional<Facts> facts() const;
 
     /// "xsandbox set" with these words, and its end.

@@ -2,39 +2,52 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 namespace soak {
 namespace {
 
 constexpr std::size_t fewest = 8;
-constexpr double hour = 3600;
+constexpr double usual = 0.9; ///< share of the points that the swing is of
+
+using Points = std::span<const Point>;
 
 template <class Value>
-double medianOf(const std::vector<Point>& points, std::size_t from, std::size_t to, Value value) {
+double medianOf(Points points, Value value) {
     std::vector<double> values;
-    for (std::size_t i = from; i < to; ++i) {
-        values.push_back(value(points[i]));
+    for (const Point& point : points) {
+        values.push_back(value(point));
     }
     return median(std::move(values));
 }
 
-/// By least squares.
-double slope(const std::vector<Point>& points, std::size_t from) {
-    const auto count = static_cast<double>(points.size() - from);
-    double times = 0;
-    double values = 0;
-    for (std::size_t i = from; i < points.size(); ++i) {
-        times += points[i].seconds / count;
-        values += (points[i].value - points[i].required) / count;
+double beyond(const Point& point) {
+    return point.value - point.required;
+}
+
+double swingOf(Points points, std::size_t quarter) {
+    std::vector<double> offs;
+    for (; !points.empty(); points = points.subspan(std::min(quarter, points.size()))) {
+        const Points part = points.first(std::min(quarter, points.size()));
+        const double middle = medianOf(part, beyond);
+        for (const Point& point : part) {
+            offs.push_back(std::abs(beyond(point) - middle));
+        }
     }
-    double both = 0;
-    double squares = 0;
-    for (std::size_t i = from; i < points.size(); ++i) {
-        const double time = points[i].seconds - times;
-        both += time * (points[i].value - points[i].required - values);
-        squares += time * time;
+    std::sort(offs.begin(), offs.end());
+    return offs[static_cast<std::size_t>(static_cast<double>(offs.size() - 1) * usual)];
+}
+
+Verdict verdictOn(const Growth& growth, const Bound& bound, double steps) {
+    if (!bound.isPerStep) {
+        return growth.beyondRequired() > bound.most ? Verdict::grows : Verdict::flat;
     }
-    return squares > 0 ? both / squares : 0;
+    const double most = bound.most * steps;
+    if (growth.swing > most) {
+        const bool isPlain = growth.beyondRequired() > most + growth.swing;
+        return isPlain ? Verdict::grows : Verdict::untold;
+    }
+    return growth.beyondRequired() > most ? Verdict::grows : Verdict::flat;
 }
 
 } // namespace
@@ -54,19 +67,25 @@ Growth growthOf(const std::vector<Point>& points, const Bound& bound) {
         return growth;
     }
     const std::size_t quarter = points.size() / 4;
+    const Points all(points);
+    const Points first = all.subspan(bound.isPerStep ? quarter : 0, quarter);
+    const Points last = all.last(quarter);
     const auto value = [](const Point& point) {
         return point.value;
     };
     const auto required = [](const Point& point) {
         return point.required;
     };
-    const std::size_t last = points.size() - quarter;
-    growth.first = medianOf(points, 0, quarter, value);
-    growth.last = medianOf(points, last, points.size(), value);
-    growth.required =
-        medianOf(points, last, points.size(), required) - medianOf(points, 0, quarter, required);
-    growth.perHour = slope(points, quarter) * hour;
-    growth.isFlat = growth.beyondRequired() <= bound.most;
+    const auto at = [](const Point& point) {
+        return point.at;
+    };
+    growth.first = medianOf(first, value);
+    growth.last = medianOf(last, value);
+    growth.required = medianOf(last, required) - medianOf(first, required);
+    growth.swing = swingOf(all.subspan(quarter), quarter);
+    const double steps = medianOf(last, at) - medianOf(first, at);
+    growth.perStep = steps > 0 ? growth.beyondRequired() / steps : 0;
+    growth.verdict = verdictOn(growth, bound, steps);
     return growth;
 }
 

@@ -6,29 +6,35 @@
 namespace soak {
 
 struct Point {
-    double seconds = 0; ///< since the begin
+    double at = 0; ///< seconds or ticks since the begin
     double value = 0;
     double required = 0; ///< the part of it that is there by design
 };
 
-/// What is judged, with the growth that is let pass.
+/// What is judged, with the growth that is let pass beyond what is required.
 struct Bound {
     const char* name;
-    double most = 0; ///< from the first quarter to the last, beyond what is required
+    double most = 0;
+    /// For each step of `at`, from the second quarter to the last; else in all, from the first.
+    bool isPerStep = false;
 };
 
+/// Untold is what the points cannot show: there are too few, or they go to and fro by more than
+/// the bound lets pass in their time.
+enum class Verdict { flat, grows, untold };
+
 struct Growth {
-    double first = 0; ///< median of the first quarter's values
+    double first = 0; ///< median of the earlier quarter's values
     double last = 0;  ///< of the last one's
     double required = 0;
-    double perHour = 0; ///< slope of a straight line through the last three quarters, beyond
-                        ///< what is required
-    bool isFlat = true;
+    double perStep = 0; ///< what is beyond what is required, by step of `at`
+    double swing = 0;   ///< of nine points in ten, about the medians of their quarters
+    Verdict verdict = Verdict::untold;
 
     double beyondRequired() const { return last - first - required; }
 };
 
-/// Nothing grows in fewer than eight samples.
+/// Takes at least eight points.
 Growth growthOf(const std::vector<Point>& points, const Bound& bound);
 
 double median(std::vector<double> values);

@@ -1,28 +1,43 @@
 #include "soak/report.h"
 
+#include <algorithm>
+#include <array>
 #include <iomanip>
+
+#include "soak/demands.h"
 
 namespace soak {
 namespace {
 
-/// What passes for to and fro. In memory that is the space between blocks that the allocator keeps;
-/// 50 bytes a tick come to more within an hour. Under Wine it is two threads' worth.
+/// What passes for to and fro. What a process has of its own is no measure for a leak: threads end
+/// with free blocks between those of others, which comes in steps and is the allocator's.
 struct Bounds {
+    Bound heap{"heap, bytes a tick", 2, true};
     Bound memory{"memory KB", 1024};
     Bound threads{"threads", 1};
     Bound handles{"handles", 2};
 };
 constexpr Bounds nativeBounds;
-constexpr Bounds wineBounds{.memory = {"memory KB", 2048}, .handles = {"handles", 8}};
+/// Two threads' worth of memory; a tick is a longer time there.
+constexpr Bounds wineBounds{.heap = {"heap, bytes a tick", 8, true},
+                            .memory = {"memory KB", 2048},
+                            .handles = {"handles", 8}};
 
-bool judge(const Bound& bound, const std::vector<Point>& points, std::ostream& out) {
+const char* wordFor(Verdict verdict) {
+    static constexpr std::array words{"flat", "GROWS", "UNTOLD: the time was too short"};
+    return words.at(static_cast<std::size_t>(verdict));
+}
+
+Verdict judge(const Bound& bound, const std::vector<Point>& points, std::ostream& out) {
+    constexpr double hour = 3600;
     const Growth growth = growthOf(points, bound);
-    out << std::left << std::setw(12) << bound.name << std::right << std::fixed
+    const double rate = bound.isPerStep ? growth.perStep : growth.perStep * hour;
+    out << std::left << std::setw(20) << bound.name << std::right << std::fixed
         << std::setprecision(0) << std::setw(10) << growth.first << std::setw(10) << growth.last
-        << std::setw(11) << growth.required << std::setw(11) << growth.beyondRequired()
-        << std::setw(8) << bound.most << std::setw(12) << std::setprecision(1) << growth.perHour
-        << "   " << (growth.isFlat ? "flat" : "GROWS") << '\n';
-    return growth.isFlat;
+        << std::setw(11) << growth.required << std::setw(10) << growth.beyondRequired()
+        << std::setw(8) << growth.swing << std::setw(8) << bound.most << std::setw(10)
+        << std::setprecision(2) << rate << "   " << wordFor(growth.verdict) << '\n';
+    return growth.verdict;
 }
 
 template <class Counts>
@@ -33,11 +48,9 @@ void list(const char* title, const Counts& counts, std::ostream& out) {
     }
 }
 
-} // namespace
-
-bool report(const Findings& found, std::ostream& out) {
+void tell(const Findings& found, std::ostream& out) {
     out << std::fixed << std::setprecision(0) << "soak of " << found.seconds << " s, "
-        << found.memory.size() << " samples, " << found.turns << " turns of faults, "
+        << found.courses.memory.size() << " samples, " << found.turns << " turns of faults, "
         << found.packets << " packets and " << found.packages << " packages on offer, "
         << std::setprecision(1) << 100 * found.cpuSeconds / found.seconds << " % of a core\n";
     list("done", found.done, out);
@@ -51,15 +64,38 @@ bool report(const Findings& found, std::ostream& out) {
         << " chains that never end, each with its thread; " << found.kept.retries
         << " threads that wait for a retry; " << found.delayedMoves
         << " moves for the restart, in the system's list; " << found.leftInUpdate
-        << " files in update\n\n"
-        << "            first 1/4  last 1/4   by design     beyond   bound    per hour\n";
+        << " files in update\n\n";
+}
+
+} // namespace
+
+Outcome report(const Findings& found, std::ostream& out) {
+    tell(found, out);
+    out << "                      earlier      last  by design    beyond   swing   bound      "
+           "rate\n";
     const Bounds& bounds = found.isWindows ? wineBounds : nativeBounds;
-    const bool memory = judge(bounds.memory, found.memory, out);
-    const bool threads = judge(bounds.threads, found.threads, out);
-    const bool handles = judge(bounds.handles, found.handles, out);
+    const std::array verdicts{judge(bounds.heap, found.courses.heap, out),
+                              judge(bounds.memory, found.courses.memory, out),
+                              judge(bounds.threads, found.courses.threads, out),
+                              judge(bounds.handles, found.courses.handles, out)};
+    out << "rates are by tick for the heap, else by hour\n";
+    const std::vector<std::string> unmet = unmetDemands(found);
+    for (const std::string& demand : unmet) {
+        out << "NOT BUSY: " << demand << '\n';
+    }
     out << (found.hostExit == 0 ? "the host has ended in order\n"
                                 : "the host has not ended in order\n");
-    return memory && threads && handles && found.hostExit == 0;
+    if (found.isBrokenOff) {
+        out << "broken off: nothing is told\n";
+        return Outcome::untold;
+    }
+    const auto has = [&](Verdict verdict) {
+        return std::find(verdicts.begin(), verdicts.end(), verdict) != verdicts.end();
+    };
+    if (has(Verdict::grows) || !unmet.empty() || found.hostExit != 0) {
+        return Outcome::faulty;
+    }
+    return has(Verdict::untold) ? Outcome::untold : Outcome::sound;
 }
 
 } // namespace soak

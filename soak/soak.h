@@ -11,8 +11,9 @@
 #include "sandbox/cli/eventtail.h"
 #include "sandbox/server/updateplatform.h"
 #include "soak/client.h"
-#include "soak/growth.h"
+#include "soak/findings.h"
 #include "soak/programme.h"
+#include "soak/sampler.h"
 #include "soak/supply.h"
 #include "soak/tally.h"
 
@@ -25,29 +26,6 @@ struct Order {
     std::filesystem::path binaries; ///< where the client's setup program is
 };
 
-/// What was sampled and counted.
-struct Findings {
-    std::vector<Point> memory; ///< KB
-    std::vector<Point> threads;
-    std::vector<Point> handles;
-    bool isWindows = false;
-    double seconds = 0;
-    double cpuSeconds = 0; ///< of the host
-    std::vector<std::pair<std::string, std::size_t>> done;
-    std::map<std::string, std::size_t> faults; ///< of the servers, by how often they took effect
-    std::map<std::string, std::size_t> clientFaults; ///< of its modules, which are counted once
-    std::map<std::string, std::size_t> failures;
-    std::size_t turns = 0;
-    std::size_t uiGood = 0;
-    std::size_t uiOther = 0;
-    std::size_t packets = 0;
-    std::size_t packages = 0;
-    std::size_t delayedMoves = 0;
-    std::size_t leftInUpdate = 0; ///< files
-    Kept kept;
-    int hostExit = -1;
-};
-
 /// A host with servers that get newer and go wrong, for so long. One thread.
 class Soak {
 public:
@@ -58,6 +36,7 @@ public:
 
 private:
     void step();
+    void awaitLastPacket();
     void conclude();
     void supplyNext();
     void serve();
@@ -70,6 +49,7 @@ private:
     void muteHeldInstall();
     void logInAgain();
     void sample();
+    Kept keptNow();
     double elapsed() const;
     void watch(const sandbox::PlatformEvent& event);
 
@@ -82,10 +62,10 @@ private:
     std::unique_ptr<Client> client;
     std::unique_ptr<sandbox::EventTail> tail;
     Tally tally;
+    Sampler sampler;
     Findings found;
     std::chrono::steady_clock::time_point began;
     std::optional<Facts> firstFacts;
-    double nextSample = 0;
     double nextPacket = 0;
     double nextTurn = 0;
     double turnOff = 0;

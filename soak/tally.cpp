@@ -16,6 +16,7 @@ constexpr const char* mutedInstall = "XTaskPkgInstall check isMugeMode return";
 constexpr const char* packageAsked = "update plugin, pkg, task check, request:";
 constexpr const char* packageAnswered = "update plugin, pkg, task check, succ:";
 constexpr const char* fileRetry = "update plugin, file, retry.";
+constexpr const char* packetDone = "packet";
 constexpr std::int64_t retryWait = 300'000;
 
 constexpr std::array<Counted, 30> counted{{
@@ -27,7 +28,7 @@ constexpr std::array<Counted, 30> counted{{
     {"kelvar: files placed or scheduled", "update plugin, kelvar, task move, move:"},
     {"kelvar: files scheduled", "update plugin, move task, set peeding :"},
     {"kelvar: files refused", "update plugin, kelvar, task move, not need move:"},
-    {"kelvar: packets done", "packet"},
+    {"kelvar: packets done", packetDone},
     {"kelvar: programs asked for", "update plugin, kelvar, exec:"},
     {"package: checks", packageAsked},
     {"package: checks that failed", "update plugin, pkg, task check, response, error :"},
@@ -64,7 +65,9 @@ void Tally::see(const nlohmann::json& event) {
         ++caught[event.value("where", std::string()) + ": " + event.value("text", std::string())];
     } else if (kind == "version" && event.value("path", std::string()) == "update\\version.dat") {
         stored = event.value("value", std::string());
-        ++counts["packet"];
+        ++counts[packetDone];
+    } else if (kind == "host" && event.contains("allocated")) {
+        looked = HeapLook{event.value("n", 0.0), event.value("allocated", 0.0)};
     }
 }
 
@@ -79,18 +82,24 @@ void Tally::seeLine(const std::string& text, std::int64_t time) {
     }
 }
 
-Kept Tally::kept(std::int64_t now) {
+Kept Tally::kept(std::int64_t now, std::size_t spoiled) {
     while (!retries.empty() && now - retries.front() > retryWait) {
         retries.pop_front();
     }
     // A check without an answer and one whose answer is no JSON end alike: never.
-    const std::size_t unanswered = lines(packageAsked) - lines(packageAnswered);
-    return {lines(helperRuns) + lines(mutedInstall) + unanswered, retries.size()};
+    const std::size_t asked = lines(packageAsked);
+    const std::size_t open = asked - std::min(asked, lines(packageAnswered));
+    const std::size_t helpers = std::min<std::size_t>(lines(helperRuns), 1); // one a process
+    return {helpers + lines(mutedInstall) + std::min(open, spoiled), retries.size()};
 }
 
 std::size_t Tally::lines(const std::string& begin) const {
     const auto found = counts.find(begin);
     return found == counts.end() ? 0 : found->second;
+}
+
+std::size_t Tally::packetsDone() const {
+    return lines(packetDone);
 }
 
 std::vector<std::pair<std::string, std::size_t>> Tally::done() const {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,29 +21,30 @@ struct Kept {
     double threads() const { return static_cast<double>(chains + retries); }
 };
 
-/// What one of these costs on the client's system.
-struct Cost {
-    double threadKilobytes; ///< with its chain
-    double threadHandles;
-
-    double kilobytes(const Kept& kept) const { return threadKilobytes * kept.threads(); }
-    double handles(const Kept& kept) const { return threadHandles * kept.threads(); }
+/// What the host has allocated at one of its ticks.
+struct HeapLook {
+    double tick = 0;
+    double bytes = 0;
 };
-inline constexpr Cost nativeCost{24, 0};
-inline constexpr Cost wineCost{1000, 4}; ///< its stack, and what waits are made of
 
 class Tally {
 public:
     /// Takes an observation of the host.
     void see(const nlohmann::json& event);
 
-    /// What is kept at that time, which is told as the "t" of events.
-    Kept kept(std::int64_t now);
+    /// What is kept at that time, which is told as the "t" of events. `spoiled` is how many
+    /// answers to package checks were lost or made no JSON: no other check may stay open.
+    Kept kept(std::int64_t now, std::size_t spoiled);
+
+    /// The last one that the host has told.
+    const std::optional<HeapLook>& heap() const { return looked; }
 
     /// How often lines that begin with the text came.
     std::size_t lines(const std::string& begin) const;
 
     const std::string& packetVersion() const { return stored; } ///< that the client has stored
+
+    std::size_t packetsDone() const;
 
     /// "channel: what" and how often, in the order of the channels.
     std::vector<std::pair<std::string, std::size_t>> done() const;
@@ -56,6 +58,7 @@ private:
     std::map<std::string, std::size_t> caught;
     std::deque<std::int64_t> retries; ///< when each began
     std::string stored;
+    std::optional<HeapLook> looked;
 };
 
 } // namespace soak

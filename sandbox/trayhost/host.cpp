@@ -10,6 +10,7 @@
 #include "sandbox/common/folders.h"
 #include "sandbox/faults/clientfaults.h"
 #include "sandbox/modules/xnbase/listener.h"
+#include "sandbox/platform/heap.h"
 #include "sandbox/platform/stopsignal.h"
 #include "sandbox/trayhost/modules.h"
 #include "utils/mutex.h"
@@ -21,6 +22,7 @@ constexpr std::uint32_t poll = 10;
 constexpr int settledLooks = 3;
 
 constexpr std::uint32_t modulePoll = 20;
+constexpr std::uint32_t heapTicks = 20; ///< from one look at the heap to the next
 
 void sleepMilliseconds(std::uint32_t milliseconds) {
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
@@ -28,6 +30,14 @@ void sleepMilliseconds(std::uint32_t milliseconds) {
 
 void report(const char* what, std::uint32_t n) {
     sandbox::emit({{"kind", "host"}, {"what", what}, {"n", n}});
+}
+
+void reportTick(std::uint32_t n) {
+    nlohmann::json event{{"kind", "host"}, {"what", "tick"}, {"n", n}};
+    if (n % heapTicks == 0) {
+        event["allocated"] = sandbox::allocatedBytes();
+    }
+    sandbox::emit(std::move(event));
 }
 
 /// While it lives, the client's modules take in what other processes of the run do, on a
@@ -106,7 +116,7 @@ ExitStatus Host::drive(const std::function<void()>& tick) {
                 modulePolls.now(); // a fault that begins with a tick is there when it comes
             }
             tick();
-            report("tick", ++ticks);
+            reportTick(++ticks);
             due = sandbox::monotonicMilliseconds() + options.interval;
         }
     }

@@ -11,7 +11,8 @@
 #include <vector>
 
 // Writes the number of handles that the processes of a name have into a file: handlecount.exe
-// FILE PROGRAM. GetProcessHandleCount tells 0 under Wine, so the system's whole list is read.
+// FILE PROGRAM. GetProcessHandleCount tells 0 under Wine, so the system's whole list is read. Its
+// exit status is 1 when none of them runs or the system does not tell.
 
 namespace {
 
@@ -29,12 +30,18 @@ struct HandleEntry {
     ACCESS_MASK access;
 };
 
+/// Nothing when the system does not tell.
 std::vector<std::byte> systemHandles() {
     std::vector<std::byte> list(firstSize);
     ULONG length = 0;
-    while (NtQuerySystemInformation(handleInformation, list.data(), static_cast<ULONG>(list.size()),
-                                    &length) == tooSmall) {
+    NTSTATUS status = 0;
+    while ((status = NtQuerySystemInformation(handleInformation, list.data(),
+                                              static_cast<ULONG>(list.size()), &length)) ==
+           tooSmall) {
         list.resize(list.size() * 2);
+    }
+    if (status < 0) {
+        list.clear();
     }
     return list;
 }
@@ -55,6 +62,9 @@ std::vector<ULONG> processesOf(const wchar_t* program) {
 
 std::size_t countHandles(const std::vector<ULONG>& processes) {
     const std::vector<std::byte> list = systemHandles();
+    if (list.empty()) {
+        return 0;
+    }
     ULONG length = 0;
     std::memcpy(&length, list.data(), sizeof length);
     std::size_t count = 0;
@@ -72,7 +82,7 @@ int wmain(int count, wchar_t** arguments) {
     if (count != 3) {
         return 2;
     }
-    const std::vector<ULONG> processes = processesOf(arguments[2]);
-    std::ofstream(arguments[1]) << countHandles(processes) << '\n';
-    return processes.empty() ? 1 : 0;
+    const std::size_t handles = countHandles(processesOf(arguments[2]));
+    std::ofstream(arguments[1]) << handles << '\n';
+    return handles == 0 ? 1 : 0;
 }

@@ -4,9 +4,8 @@
 #include <ostream>
 
 #include "soak/growth.h"
-#include "soak/tally.h"
 
-// What a soak calls growth, and what it counts as kept by design.
+// What a soak calls growth.
 
 namespace soak {
 namespace {
@@ -21,7 +20,7 @@ struct Case {
     const char* name;
     Course value;
     Course required;
-    bool isFlat;
+    Verdict verdict;
     double beyond; ///< what is required
 };
 
@@ -49,58 +48,60 @@ TEST_P(GrowthTest, IsWhatIsBeyondTheBoundAndByNoDesign) {
         points.push_back({time, GetParam().value(time), GetParam().required(time)});
     }
     const Growth growth = growthOf(points, bound);
-    EXPECT_EQ(growth.isFlat, GetParam().isFlat);
+    EXPECT_EQ(growth.verdict, GetParam().verdict);
     EXPECT_DOUBLE_EQ(growth.beyondRequired(), GetParam().beyond);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, GrowthTest,
-    testing::Values(
-        Case{"Flat", [](double) { return 7.0; }, nothing, true, 0},
-        Case{"TwoToAndFro", [](double time) { return std::fmod(time, 20) < 10 ? 7.0 : 9.0; },
-             nothing, true, 0},
-        Case{"PeaksAreNoGrowth", [](double time) { return std::fmod(time, 90) < 10 ? 70.0 : 7.0; },
-             nothing, true, 0},
-        Case{"WarmUp", [](double time) { return time < 300 ? 3.0 : 7.0; }, nothing, true, 0},
-        Case{"ATenMinutesThread", oneMoreEvery(600), nothing, false, 5},
-        Case{"AStepInTheMiddle", [](double time) { return time < 1800 ? 7.0 : 10.0; }, nothing,
-             false, 3},
-        Case{"AllByDesign", oneMoreEvery(600), [](double time) { return std::floor(time / 600); },
-             true, 0},
-        Case{"HalfByDesign", oneMoreEvery(300), [](double time) { return std::floor(time / 600); },
-             false, 4},
-        Case{"Shrinks", [](double time) { return time < 1800 ? 10.0 : 7.0; }, nothing, true, -3}),
+    testing::Values(Case{"Flat", [](double) { return 7.0; }, nothing, Verdict::flat, 0},
+                    Case{"TwoToAndFro",
+                         [](double time) { return std::fmod(time, 20) < 10 ? 7.0 : 9.0; }, nothing,
+                         Verdict::flat, 0},
+                    Case{"PeaksAreNoGrowth",
+                         [](double time) { return std::fmod(time, 90) < 10 ? 70.0 : 7.0; }, nothing,
+                         Verdict::flat, 0},
+                    Case{"WarmUp", [](double time) { return time < 300 ? 3.0 : 7.0; }, nothing,
+                         Verdict::flat, 0},
+                    Case{"ATenMinutesThread", oneMoreEvery(600), nothing, Verdict::grows, 5},
+                    Case{"AStepInTheMiddle", [](double time) { return time < 1800 ? 7.0 : 10.0; },
+                         nothing, Verdict::grows, 3},
+                    Case{"AllByDesign", oneMoreEvery(600),
+                         [](double time) { return std::floor(time / 600); }, Verdict::flat, 0},
+                    Case{"HalfByDesign", oneMoreEvery(300),
+                         [](double time) { return std::floor(time / 600); }, Verdict::grows, 4},
+                    Case{"Shrinks", [](double time) { return time < 1800 ? 10.0 : 7.0; }, nothing,
+                         Verdict::flat, -3}),
     [](const auto& tested) { return tested.param.name; });
 
-struct Seen {
+struct Leak {
     const char* name;
-    std::vector<const char*> lines;
-    std::size_t chains;
-    std::size_t retries = 0;
+    double bytes; ///< a tick
+    double swing;
+    int points;
+    Verdict verdict;
 };
 
-TEST(TallyTest, KeepsWhatNeverEnds) {
-    const char* const asked = "update plugin, pkg, task check, request:{} ";
-    const char* const answered = "update plugin, pkg, task check, succ: 0 ";
-    const Seen table[] = {
-        {"an answered check", {asked, answered}, 0},
-        {"a refused one",
-         {asked, "update plugin, pkg, task check, response, error : 7 ", answered},
-         0},
-        {"a lost one", {asked, answered, asked}, 1},
-        {"one that is no JSON", {asked, "update plugin, pkg, task check, response:<html> "}, 1},
-        {"the helper", {"update plugin, other, task run, check. "}, 1},
-        {"an install in mute mode", {"XTaskPkgInstall check isMugeMode return "}, 1},
-        {"the file channel's retry", {"update plugin, file, retry. "}, 0, 1},
+TEST(GrowthTest, ByStepIsToldOnlyOfATimeThatShowsIt) {
+    constexpr Bound leak{"heap", 2, true};
+    constexpr double ticks = 20; // from one look to the next
+    const Leak table[] = {
+        {"an hour without", 0, 3'000, 1400, Verdict::flat},
+        {"an hour of a block in ten ticks", 3.2, 3'000, 1400, Verdict::grows},
+        {"what a bound in kilobytes let pass", 19, 3'000, 1400, Verdict::grows},
+        {"a minute of it", 19, 3'000, 24, Verdict::grows},
+        {"a minute without", 0, 3'000, 24, Verdict::untold},
+        {"a minute of little", 3.2, 3'000, 24, Verdict::untold},
+        {"too few points", 1'000, 0, 7, Verdict::untold},
     };
-    for (const Seen& seen : table) {
-        Tally tally;
-        for (const char* line : seen.lines) {
-            tally.see({{"kind", "log"}, {"text", line}, {"t", 1000}});
+    for (const Leak& row : table) {
+        std::vector<Point> points;
+        for (int i = 0; i < row.points; ++i) {
+            const double tick = i * ticks;
+            const double start = i < row.points / 5 ? 0 : 600'000; // a warm-up is no leak
+            points.push_back({tick, start + row.bytes * tick + (i % 2) * row.swing, 0});
         }
-        EXPECT_EQ(tally.kept(1000).chains, seen.chains) << seen.name;
-        EXPECT_EQ(tally.kept(300'000).retries, seen.retries) << seen.name;
-        EXPECT_EQ(tally.kept(302'000).retries, 0U) << seen.name;
+        EXPECT_EQ(growthOf(points, leak).verdict, row.verdict) << row.name;
     }
 }
 
