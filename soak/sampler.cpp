@@ -12,12 +12,13 @@ constexpr double fewestSamples = 24;
 /// What is kept by design costs on the client's system.
 struct Cost {
     double chainBytes;      ///< of the heap
-    double retryBytes;      ///< of the heap, with the list that the thread holds
+    double retryBytes;      ///< of the heap
+    double nameBytes;       ///< of the heap, for the name of a file in a folder that is watched
     double threadKilobytes; ///< its stack and its share of the heap
     double threadHandles;
 };
-constexpr Cost nativeCost{2'200, 4'500, 24, 0};
-constexpr Cost wineCost{4'000, 8'000, 1000, 4}; ///< a stack is larger, and waits have handles
+constexpr Cost nativeCost{2'000, 2'000, 290, 24, 0};
+constexpr Cost wineCost{4'000, 4'000, 0, 1000, 4}; ///< a stack is larger, and waits have handles
 
 const Cost& costOn(bool windows) {
     return windows ? wineCost : nativeCost;
@@ -36,10 +37,11 @@ bool Sampler::isTaken(const HeapLook& heap) const {
     return !all.heap.empty() && all.heap.back().at >= heap.tick;
 }
 
-void Sampler::look(const HeapLook& heap, const Kept& kept) {
+void Sampler::look(const HeapLook& heap, const Kept& kept, std::size_t files) {
     const Cost& cost = costOn(windows);
     const double required = cost.chainBytes * static_cast<double>(kept.chains) +
-                            cost.retryBytes * static_cast<double>(kept.retries);
+                            cost.retryBytes * static_cast<double>(kept.retries) +
+                            cost.nameBytes * static_cast<double>(files);
     all.heap.push_back({heap.tick, heap.bytes, required});
 }
 

@@ -14,8 +14,8 @@ public:
     Sampler(std::filesystem::path samplesFile, double length, bool isWindows);
 
     bool isTaken(const HeapLook& heap) const;
-    /// Takes what the host has allocated.
-    void look(const HeapLook& heap, const Kept& kept);
+    /// Takes what the host has allocated, with so many files in its folder `update`.
+    void look(const HeapLook& heap, const Kept& kept, std::size_t files);
 
     bool isDue(double now) const { return now >= next; }
     /// At that time, while the fault of that name is on.

@@ -38,7 +38,8 @@ std::string titleOf(const Json& line) {
 
 std::size_t filesIn(const std::filesystem::path& folder) {
     std::size_t count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    std::error_code error; // the first run makes it
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
         count += entry.is_regular_file() ? 1 : 0;
     }
     return count;
@@ -107,7 +108,7 @@ void Soak::step() {
         tally.see(event);
     }
     if (tally.heap() && !sampler.isTaken(*tally.heap())) {
-        sampler.look(*tally.heap(), keptNow());
+        sampler.look(*tally.heap(), keptNow(), filesIn(client->folders().client() / "update"));
     }
     muteHeldInstall();
     logInAgain();
