@@ -5,6 +5,7 @@ import re
 import shutil
 import subprocess
 import tempfile
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = pathlib.Path(os.environ.get("BENCH_FOLDER", ROOT / "build/bench"))
@@ -50,9 +51,13 @@ class Server:
 
 
 def fresh(name):
-    """A new folder. None is taken away before all is measured: what was just deleted makes new files dear."""
+    """A new folder, as dear as one on a machine that has deleted nothing for a while.
+
+    ext4 passes over each inode that was freed less than five seconds ago, or whose freeing is not on the disk yet,
+    whenever it looks for a new one: the cabinets that a turn has deleted would be paid for by the next turns."""
     TURNS.mkdir(parents=True, exist_ok=True)
-    os.sync()  # nor is anything of the turn before still on its way to the disk
+    os.sync()
+    time.sleep(6)
     return pathlib.Path(tempfile.mkdtemp(prefix=name + "-", dir=TURNS))
 
 

@@ -14,10 +14,10 @@ def spread(values, form="{:.2f}"):
 
 
 def in_turns(turns, *works):
-    """The values of each work, taken A B A B, so that a busy moment meets all of them."""
+    """The values of each work, taken A B B A, so that a busy moment meets all of them and none is always the first."""
     values = [[] for _ in works]
-    for _ in range(turns):
-        for kept, work in zip(values, works):
+    for turn in range(turns):
+        for kept, work in list(zip(values, works))[::-1 if turn % 2 else 1]:
             kept.append(work())
     return values
 

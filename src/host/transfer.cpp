@@ -1,6 +1,7 @@
 #include "host/transfer.h"
 
 #include "host/log.h"
+#include "platform/files.h"
 
 namespace transfer {
 
@@ -32,6 +33,14 @@ int perform(IXCurlService* service, const std::string& url, WriteFunction write,
     }
     service->curl_easy_cleanup(handle);
     return code;
+}
+
+std::FILE* openTarget(const std::string& path) {
+    std::FILE* file = platform::openFile(path, "wb");
+    if (file) {
+        static_cast<void>(std::setvbuf(file, nullptr, _IONBF, 0));
+    }
+    return file;
 }
 
 std::size_t writeToFile(char* data, std::size_t size, std::size_t count, void* file) {

@@ -26,6 +26,10 @@ inline constexpr int failedInit = 2;
 int perform(IXCurlService* service, const std::string& url, WriteFunction write, void* target,
             Peer peer);
 
+/// Opens a file for what a transfer gives, which goes to the system piece by piece: what does not
+/// reach it fails the transfer, and not a fclose behind it. Null with the system's error.
+std::FILE* openTarget(const std::string& path);
+
 /// A write function that takes an open std::FILE* as its target.
 std::size_t writeToFile(char* data, std::size_t size, std::size_t count, void* file);
 

@@ -97,6 +97,8 @@ TEST_F(DownloadTest, AFailedRowEndsTheChainAfterAllWereTried) {
     EXPECT_EQ(fileOf(list.materials[1]), "two") << "what was received stays";
     EXPECT_EQ(fileOf(list.materials[3]), "four");
     EXPECT_FALSE(host.exists("update\\" + list.materials[2].md5));
+    list.materials = {list.materials[2]};
+    EXPECT_FALSE(goesOn()) << "for want of an address alone";
 }
 
 TEST_F(DownloadTest, AWrongBodyIsNotNoticedHere) {

@@ -390,9 +390,9 @@ TEST_F(MoveTest, HostileNamesAreRefusedBeforeAFileIsOpened) {
     const Bytes content = material::bytes("evil");
     const std::string paths[] = {
         "nul", "a\\Com1.dll", "PRN", "aux.x", "CONIN$", "conout$.dll", std::string("a\0b", 3),
-        "lpt\u00b3", "COM\u00b9.x", "\xff.dll", "", ".", "a\\..", "..\\evil", "a\\..\\..\\evil",
-        "\\evil", "/evil", "C:evil", "C:\\evil", "\\\\srv\\s\\evil", "a:b", "... \\evil", "..",
-        "bin\\..",
+        "lpt\u00b3", "COM\u00b9.x", "\xff.dll", "", ".", "a\\..", "..\\evil", ".\\..\\evil",
+        "a\\..\\..\\evil", "\\evil", "/evil", "C:evil", "C:\\evil", "\\\\srv\\s\\evil", "a:b",
+        "... \\evil", "..", "bin\\..",
         // stays below by its bytes, and climbs out where 936 is the code page
         "c\\\u4e2d\\b\\\u4e2d\\b\\..\\..\\..\\..\\x"};
     for (const std::string& path : paths) {
@@ -402,6 +402,7 @@ TEST_F(MoveTest, HostileNamesAreRefusedBeforeAFileIsOpened) {
         EXPECT_TRUE(host.logged("task move, bad path: " + path + " ")) << path;
     }
     EXPECT_FALSE(std::filesystem::exists(host.folder.parent_path() / "evil"));
+    host.has("x", content); // a whole file, where "..\\x" leads to
     for (const char* name :
          {"NUL", "con.x", "LPT\u00b2", "", ".", "..", "a\\b", "a/b", "c:d", "..\\x", ". ."}) {
         list.materials = {material::plain("a.txt", "1", content),
@@ -413,12 +414,19 @@ TEST_F(MoveTest, HostileNamesAreRefusedBeforeAFileIsOpened) {
         EXPECT_TRUE(host.logged(" , file md5: " + std::string(name) + " "));
     }
     // What only looks strange stays possible.
-    for (const std::string path :
-         {"a\\.\\x\\..\\y.txt", "com", "coma", "Lpt.dll", "com10", "lpt1x"}) {
+    const std::pair<std::string, std::string> strange[] = {{"a\\.\\x\\..\\y.txt", "a\\y.txt"},
+                                                           {"b\\..\\y.txt", "y.txt"},
+                                                           {"\u4e2d\\.\\y.txt", "\u4e2d\\y.txt"},
+                                                           {"com", "com"},
+                                                           {"coma", "coma"},
+                                                           {"Lpt.dll", "Lpt.dll"},
+                                                           {"com10", "com10"},
+                                                           {"lpt1x", "lpt1x"}};
+    for (const auto& [path, place] : strange) {
         list.materials.clear();
         offerPlain(path, "1", content);
         EXPECT_TRUE(succeeds()) << path;
-        EXPECT_EQ(host.bytesOf(path == "a\\.\\x\\..\\y.txt" ? "a\\y.txt" : path), "evil");
+        EXPECT_EQ(host.bytesOf(place), "evil");
     }
 }
 
@@ -428,10 +436,13 @@ TEST_F(MoveTest, ATakenTempNameGetsANumberHoweverLongItIs) {
     row.md5 = std::string(130, 'a');
     const std::string temp = "update\\temp\\" + offer(row, peOf(2)).md5;
     host.has(temp, "taken");
-    host.has(temp + "_0", "taken");
-    EXPECT_TRUE(succeeds());
-    EXPECT_EQ(host.bytesOf(temp), "taken");
-    EXPECT_TRUE(holdsPe(temp + "_1", 1));
+    for (const char* number : {"_0", "_1"}) {
+        EXPECT_TRUE(succeeds());
+        EXPECT_EQ(host.bytesOf(temp), "taken");
+        EXPECT_TRUE(holdsPe(temp + number, 1));
+        hasPe("a.dll", 1);
+        offer(row, peOf(2));
+    }
 }
 
 TEST_F(MoveTest, ATargetThatCannotBeMadeLeavesTheOldFileInTemp) {

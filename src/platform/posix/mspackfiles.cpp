@@ -13,13 +13,13 @@ namespace platform::posix {
 
 namespace {
 
-constexpr std::size_t readAheadSize = 65536; // the library asks for 4 KB at a time
+constexpr std::size_t bufferSize = 65536; // the library reads and writes 4 to 32 KB at a time
 
 struct OpenFile : mspack_file {
     std::FILE* file = nullptr;
     MspackFiles::Output* output = nullptr; ///< null for the cabinet
     std::string path;
-    std::unique_ptr<char[]> readAhead; ///< until the file is closed
+    std::unique_ptr<char[]> buffer; ///< until the file is closed
 };
 
 OpenFile& of(mspack_file* file) {
@@ -99,12 +99,14 @@ mspack_file* MspackFiles::openFor(mspack_system* self, const char* path, int mod
         return nullptr;
     }
     std::unique_ptr<OpenFile> opened(
-        new OpenFile{{}, file, writes ? &files.lastOutput : nullptr, path, nullptr});
+        new OpenFile{{},
+                     file,
+                     writes ? &files.lastOutput : nullptr,
+                     path,
+                     std::make_unique_for_overwrite<char[]>(bufferSize)});
+    static_cast<void>(std::setvbuf(file, opened->buffer.get(), _IOFBF, bufferSize));
     if (writes) {
         files.lastOutput = {true, true};
-    } else {
-        opened->readAhead = std::make_unique<char[]>(readAheadSize);
-        static_cast<void>(std::setvbuf(file, opened->readAhead.get(), _IOFBF, readAheadSize));
     }
     return opened.release();
 }

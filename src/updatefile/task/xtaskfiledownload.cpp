@@ -81,13 +81,13 @@ bool XTaskFileDownload::_downloadFile(IXCurlService* curl, const XUpdateFileData
     if (!curl || !entry) {
         return false;
     }
-    std::FILE* file = platform::openFile(path, "wb");
+    std::FILE* file = transfer::openTarget(path);
     if (!file) {
         return false;
     }
     const int result = transfer::perform(curl, entry->fileURL, &transfer::writeToFile, file,
                                          transfer::Peer::verified);
-    static_cast<void>(std::fclose(file)); // a lost tail fails the MD5 test of the next run
+    static_cast<void>(std::fclose(file));
     return result == 0;
 }
 

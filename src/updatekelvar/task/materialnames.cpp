@@ -100,7 +100,7 @@ bool staysBelow(const std::string& path) {
             return false;
         }
     }
-    return depth > 0;
+    return true; // the last part is a name
 }
 
 bool isSameFile(const std::string& path, const std::string& name) {

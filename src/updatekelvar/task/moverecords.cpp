@@ -26,7 +26,7 @@ void copyOrEnd(char (&buffer)[Size], const std::string& text, const char* functi
             "update plugin, kelvar, task move, version too long, length:", text.size());
         platform::abortProcess();
     }
-    std::memcpy(buffer, text.c_str(), text.size() + 1);
+    text.copy(buffer, text.size()); // a zero is behind it: the record is fresh
 }
 
 std::string withBackslashes(std::string path) {

@@ -83,7 +83,7 @@ bool XTaskKelvarDownload::_downloadFile(IXCurlService* service, const XMaterialM
         return false;
     }
     XLOG(logProgress, "update plugin, download task, url:", row.downloadUrl);
-    std::FILE* file = platform::openFile(path, "wb");
+    std::FILE* file = transfer::openTarget(path);
     if (!file) {
         XLOG(logProgress, "update plugin, download task, open err, path", path);
         return false;
@@ -91,7 +91,7 @@ bool XTaskKelvarDownload::_downloadFile(IXCurlService* service, const XMaterialM
     // The storage is not asked to prove itself: a wrong file fails its MD5 test.
     const int code =
         transfer::perform(service, row.downloadUrl, &_writeBody, file, transfer::Peer::anyone);
-    static_cast<void>(std::fclose(file)); // a tail that does not reach the disk fails the MD5 test
+    static_cast<void>(std::fclose(file));
     return code == 0;
 }
 

@@ -98,7 +98,7 @@ void XTaskPkgDownload::_downloadFile(const std::string& url, const std::string& 
     if (!service) {
         return;
     }
-    m_file = platform::openFile(path, "wb");
+    m_file = transfer::openTarget(path);
     if (!m_file) {
         return;
     }
