@@ -108,7 +108,8 @@ def check_windows_libraries(root):
 
 TEST = re.compile(r"\b(?:TEST|TEST_F|TEST_P)\(\s*(\w+)\s*,\s*(\w+)\s*\)")
 INSTANCE = re.compile(r"\bINSTANTIATE_TEST_SUITE_P\(\s*(\w+)\s*,\s*(\w+)\s*,")
-NAMED_TEST = re.compile(r"`(?:(\w+)/)?([A-Z]\w*)\.([A-Z]\w*)(?:/\w+)?`")
+NAMED_TEST = re.compile(r"`(?:(\w+)/)?([A-Z]\w*)\.([A-Z]\w*)(?:/(\w+))?`")
+NAMED_INSTANCE = re.compile(r"`(\w+)/([A-Z]\w*)`")
 ADDED_TEST = re.compile(r"\badd_test\(\s*NAME\s+([\w.]+)(\$\{\w+\})?")
 
 
@@ -122,14 +123,18 @@ def added_tests(root):
 
 
 def check_named_tests(root):
-    """The tests that docs/security.md rests on: `Suite.Name`, `Prefix/Suite.Name`, `suite.part`."""
+    """The tests that docs/security.md rests on: `Suite.Name`, `Prefix/Suite.Name/Row`, `Prefix/Suite`, `suite.part`."""
     texts = [path.read_text(encoding="utf-8") for path in sources(root, "tests")]
     tests = {match for text in texts for match in TEST.findall(text)}
     instances = {match for text in texts for match in INSTANCE.findall(text)}
     told = (root / "docs" / "security.md").read_text(encoding="utf-8").replace("stand as `Suite.Name`", "")
     for match in NAMED_TEST.finditer(told):
-        prefix, suite, name = match.groups()
-        if (suite, name) not in tests or (prefix and (prefix, suite) not in instances):
+        prefix, suite, name, row = match.groups()
+        is_there = (suite, name) in tests and (not prefix or (prefix, suite) in instances)
+        if not is_there or (row and not any(row in text for text in texts)):
+            yield f"docs/security.md: there is no test {match[0]}"
+    for match in NAMED_INSTANCE.finditer(told):
+        if match.groups() not in instances:
             yield f"docs/security.md: there is no test {match[0]}"
     added = set(added_tests(root))
     yield from (f"docs/security.md: there is no test `{name}`"
@@ -151,7 +156,7 @@ def self_test():
         "sandbox/cli/e.cpp": "#include <windows.h>\n",
         "examples/host/f.cpp": "#ifdef _WIN32\n",
         "docs/log-reference.md": "| `update plugin, never written` |\n",
-        "docs/security.md": "`Suite.Gone`, `Suite.There`, `Other/Suite.There`, `fuzz.gone`\n",
+        "docs/security.md": "`Suite.Gone`, `Suite.There`, `Other/Suite.There`, `One/Suite.There/Row`, `Two/Suite`, `fuzz.gone`\n",
         "tests/suite.cpp": "TEST_P(Suite, There) {}\nINSTANTIATE_TEST_SUITE_P(One, Suite, 1);\n",
         "tools/windowsdeps": 'libraries=(\n    "googletest googletest"\n)\nready_packages=(libcli11-dev)\n',
         "vcpkg.json": '{"dependencies": ["gtest", "zlib"]}',
@@ -166,7 +171,7 @@ def self_test():
               "b.cpp:2: the system is named", "c.cpp:1: utils may not include tests/d.h", "e.cpp:1: the system is named",
               "f.cpp:1: the system is named",
               'log line "update plugin, unheard of" is not', 'no source writes "update plugin, never written"',
-              "no test `Suite.Gone`", "no test `Other/Suite.There`", "no test `fuzz.gone`",
+              "no test `Suite.Gone`", "no test `Other/Suite.There`", "no test `One/Suite.There/Row`", "no test `Two/Suite`", "no test `fuzz.gone`",
               "vcpkg.json: cli11 is missing", "vcpkg.json: zlib is not in"]
     return [f"self-test: not found: {text}" for text in wanted if text not in findings]
 

@@ -78,18 +78,30 @@ def masked(text):
     return re.sub(r'"(?:[^"\\\n]|\\.)*"|\'(?:[^\'\\]|\\.)\'', lambda f: '"' + " " * (len(f.group()) - 2) + '"', text)
 
 
+def function_at(lines, line):
+    """The name of the function around that line; "-" outside of any. Definitions begin in the first column."""
+    for text in reversed(lines[:line + 1]):
+        named = re.match(r"[A-Za-z].*?(\w+)\(", text)
+        if named:
+            return named[1]
+        if text.startswith("}"):
+            break
+    return "-"
+
+
 def mutants(path):
-    """(changed text, number of the line, the line above it, the line before, the line after) of
-    each change."""
+    """(changed text, number of the line, its function, the line above it, the line before, the line
+    after) of each change."""
     text = (ROOT / path).read_text()
     mask = masked(text)
     places = [(found.start(), found.end(), new) for old, new in CHANGES for found in re.finditer(old, mask)]
     places += [(found.start(), found.end(), str(int(found.group()) + 1)) for found in NUMBER.finditer(mask)]
+    lines = text.split("\n")
     for start, end, new in sorted(places):
         changed = text[:start] + new + text[end:]
         line = text.count("\n", 0, start)
-        above, before = [whole.strip() for whole in ("\n" + text).split("\n")[line:line + 2]]
-        yield changed, line + 1, above, before, changed.split("\n")[line].strip()
+        above, before = [whole.strip() for whole in ["", *lines][line:line + 2]]
+        yield changed, line + 1, function_at(lines, line), above, before, changed.split("\n")[line].strip()
 
 
 class Tree:
@@ -147,7 +159,7 @@ def known_survivors():
 
 
 def try_all(paths, trees):
-    """(path, line, above, before, after, what became of it), in the order of the sources."""
+    """(path, line, function, above, before, after, what became of it), in the order of the sources."""
     def attempt(path, mutant):
         tree = trees.get()
         try:
@@ -173,9 +185,9 @@ def report(results):
     for path, whats in rows.items():
         print(f"{path:45} {len(whats):5} {whats.count('killed'):6} {whats.count('refused'):7} {whats.count('alive'):5}")
     unknown = 0
-    for path, line, above, before, after, what in results:
+    for path, line, *where, before, after, what in results:
         if what == "alive":
-            word = words.get((path, above, after))
+            word = words.pop((path, *where, after), None)  # a word is for one change
             unknown += word is None
             print(f"\n{path}:{line}: {word or 'UNKNOWN SURVIVOR'}\n  - {before}\n  + {after}")
     whats = [result[-1] for result in results]
@@ -193,8 +205,8 @@ def main(arguments):
             sys.exit(f"mutate: no tests are known for {path}; known: {', '.join(TESTS)}")
     if "--list" in arguments:
         for path in paths:
-            for _, line, _, before, after in mutants(path):
-                print(f"{path}:{line}\n  - {before}\n  + {after}")
+            for _, line, function, _, before, after in mutants(path):
+                print(f"{path}:{line}: {function}\n  - {before}\n  + {after}")
         return
     WORK.mkdir(parents=True, exist_ok=True)
     trees = queue.Queue()
@@ -208,4 +220,5 @@ def main(arguments):
     sys.exit(0 if report(list(try_all(paths, trees))) else 1)
 
 
-main(sys.argv[1:])
+if __name__ == "__main__":
+    main(sys.argv[1:])

@@ -109,13 +109,16 @@ TEST_F(ConditionTest, WithoutASettingsStoreEachStartIsAFirstOne) {
 
 TEST_F(ConditionTest, SweepsExactlyTheListedFiles) {
     startWithStoredTime(1);
-    host.settings.put(settingkeys::kelvarTempFileList, R"(["abc","folder","CASE","gone"])");
+    host.settings.put(settingkeys::kelvarTempFileList,
+                      R"(["abc","folder","CASE","gone","..\\a.dll"])");
+    host.has("update\\a.dll", "waits");
     for (const char* name : {"abc", "abc_0", "case", "other"}) {
         host.has(std::string("update\\temp\\") + name, "old");
     }
     std::filesystem::create_directories(host.diskPath("update\\temp\\folder"));
     EXPECT_TRUE(passesAt(5000));
     EXPECT_FALSE(host.exists("update\\temp\\abc"));
+    EXPECT_TRUE(host.exists("update\\a.dll"));
     for (const char* name : {"abc_0", "case", "other", "folder"}) {
         EXPECT_TRUE(host.exists(std::string("update\\temp\\") + name)) << name;
     }

@@ -82,15 +82,15 @@ protected:
 };
 
 TEST_F(MoveTest, PlacesNewNewerAndDataFiles) {
-    hasPe("bin\\a.dll", 1);
+    hasPe("xnplugins\\xrefresher.dll", 1);
     host.has("data\\v.dat", "old");
     host.versions.entries["data\\v.dat"] = "1.0";
-    offerPe("bin\\a.dll", 2);
+    offerPe("xnplugins\\xrefresher.dll", 2);
     offerPe("new\\deep\\er\\b.dll", 1);
     offerPlain("data\\v.dat", "1.1", material::bytes("new"));
     list.version = "1.2.0.1600";
     EXPECT_TRUE(succeeds());
-    EXPECT_TRUE(holdsPe("bin\\a.dll", 2));
+    EXPECT_TRUE(holdsPe("xnplugins\\xrefresher.dll", 2));
     EXPECT_TRUE(holdsPe("new\\deep\\er\\b.dll", 1));
     EXPECT_EQ(host.bytesOf("data\\v.dat"), "new");
     EXPECT_EQ(host.versions.calls,

@@ -44,6 +44,7 @@ TEST_F(CheckTaskTest, GoesOnWithAnOfferThatIsWanted) {
     const std::pair<FakeHost::Answer, bool> rows[] = {
         {{0, 200, offer}, true},
         {{0, 200, R"({"data":{"needUpgrade":true}})"}, true},
+        {{0, 200, R"({"data":{"needUpgrade":true,"info":{"version":"0.9"}}})"}, true}, // older
         {{0, 200, R"({"data":{"needUpgrade":true,"info":{"version":"3.0"}}})"}, false},
         {{0, 200, R"({"data":{"needUpgrade":false,"info":{"version":"2.0"}}})"}, false},
         {{0, 204, offer}, false},
