@@ -14,7 +14,7 @@
 //
 //   bare_loop LIST STORAGE FOLDER
 //
-// LIST has a line a file: id, MD5, MD5 of the file, "cab" or "plain", path. Prints the seconds.
+// LIST has a line a file: id, MD5, MD5 of the file, "cab" or "plain", path.
 
 namespace {
 
@@ -32,6 +32,12 @@ std::size_t writeBody(char* data, std::size_t size, std::size_t count, void* fil
 void fetch(const std::string& url, const fs::path& target) {
     std::FILE* const file = std::fopen(target.c_str(), "wb");
     CURL* const handle = curl_easy_init();
+    if (!file) {
+        fail(target.string() + " cannot be written");
+    }
+    if (!handle) {
+        fail("libcurl gives no handle");
+    }
     curl_easy_setopt(handle, CURLOPT_URL, url.c_str());
     curl_easy_setopt(handle, CURLOPT_NOPROXY, "*");
     curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);

@@ -43,8 +43,8 @@ def watch(interval, seconds):
     """The events of a host that ticks for that long."""
     folder = ROOT / "build/bench/fleet"
     shutil.rmtree(folder, ignore_errors=True)  # the events of a run before would pass for this one's
-    host = subprocess.Popen([XSANDBOX, "host", ROOT / "bench/fleet.json", "--folder", folder, "--interval", str(interval)],
-                            stdout=subprocess.DEVNULL)
+    host = subprocess.Popen([XSANDBOX, "host", ROOT / "bench/fleet.json", "--folder", folder,
+                             "--interval", str(interval)], stdout=subprocess.DEVNULL)
     time.sleep(seconds)
     subprocess.run([XSANDBOX, "stop", "--folder", folder], stdout=subprocess.DEVNULL, check=False)
     if host.wait(timeout=60) != 0:

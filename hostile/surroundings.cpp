@@ -1,5 +1,7 @@
 #include "hostile/surroundings.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <fstream>
 #include <stdexcept>
@@ -12,6 +14,17 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int wideDepth = 2;
+
+/// What tests and sandboxes that run meanwhile call their folders for temporary files. They have
+/// files of their own under names like the hostile ones.
+constexpr std::array neighbours{"xrefresher-test-", "xsandbox-", "xreport-",
+                                "xfaults-",         "xhostile-", "platform-"};
+
+bool isOfNeighbour(const fs::path& place) {
+    const std::string name = place.filename().string();
+    return std::any_of(neighbours.begin(), neighbours.end(),
+                       [&](const char* begin) { return name.starts_with(begin); });
+}
 
 /// Nothing more than that it is there, where somebody takes it away or locks it meanwhile.
 std::string toldWithTime(const fs::directory_entry& entry) {
@@ -47,7 +60,7 @@ Listing WideWatch::look() const {
             if (names.count(entry->path().filename().string()) > 0) {
                 found[entry->path().string()] = toldWithTime(*entry);
             }
-            if (entry.depth() + 1 >= wideDepth || place == "/") {
+            if (entry.depth() + 1 >= wideDepth || place == "/" || isOfNeighbour(*entry)) {
                 entry.disable_recursion_pending();
             }
         }

@@ -14,7 +14,7 @@ namespace hostile {
 
 /// Places outside of a trial's own folder that others write to as well: the system's root, its
 /// folder for temporary files, the user's home and where the program was started. There only an
-/// entry with the name of a hostile one counts.
+/// entry with the name of a hostile one counts, and none in the folder of another test.
 class WideWatch {
 public:
     explicit WideWatch(std::set<std::string> names);

@@ -14,12 +14,15 @@ namespace soak {
 namespace {
 
 namespace fs = std::filesystem;
+using Json = nlohmann::json;
 
 constexpr const char* interval = "50";
 constexpr auto patience = std::chrono::minutes(2); // Wine copies a system first
 constexpr auto glance = std::chrono::milliseconds(20);
 constexpr const char* uiSeconds = "8";
 constexpr const char* keeper = "keeper.exe";
+constexpr const char* hostOutput = "host.out";
+constexpr const char* showOutput = "show.out";
 constexpr const char* handleCounter = "handlecount.exe";
 
 std::string textOf(const fs::path& file) {
@@ -28,7 +31,7 @@ std::string textOf(const fs::path& file) {
 }
 
 std::vector<std::string> hostWords(const fs::path& scenario, bool windows) {
-    std::vector<std::string> words{"host", scenario.string(), "--interval", interval};
+    std::vector<std::string> words{"host", scenario.string(), "--interval", interval, "--json"};
     if (windows) {
         words.emplace_back("--windows");
     }
@@ -37,17 +40,19 @@ std::vector<std::string> hostWords(const fs::path& scenario, bool windows) {
 
 } // namespace
 
-Client::Client(fs::path runFolder, const fs::path& scenario, const fs::path& binaries,
-               bool isWindows)
+Client::Client(fs::path runFolder, const fs::path& scenario, bool isWindows)
     : where(std::move(runFolder)), windows(isWindows),
       system(isWindows ? sandbox::wineSystem(where) : sandbox::nativeSystem(where)),
-      hosting(start(hostWords(scenario, isWindows), "host.out")) {
+      hosting(start(hostWords(scenario, isWindows), hostOutput)) {}
+
+Client::Client(fs::path runFolder, const fs::path& scenario, const fs::path& binaries,
+               bool isWindows)
+    : Client(std::move(runFolder), scenario, isWindows) {
     const auto end = std::chrono::steady_clock::now() + patience;
     while ((host = findHost()) == 0) {
         if (hosting.poll() || std::chrono::steady_clock::now() > end) {
-            hosting.terminate();
             throw std::runtime_error("no host has come, see " +
-                                     (where.root().parent_path() / "host.out").string());
+                                     (where.root().parent_path() / hostOutput).string());
         }
         std::this_thread::sleep_for(glance);
     }
@@ -95,11 +100,12 @@ long long Client::findHost() const {
 
 std::optional<Facts> Client::facts() const {
     const fs::path process = fs::path("/proc") / std::to_string(host);
+    const auto [exit, handles] = countedHandles(); // first: the host may end meanwhile
     Facts all = factsOf(textOf(process / "stat"), textOf(process / "status"));
     if (all.resident == 0) {
         return std::nullopt;
     }
-    all.handles = handleCount();
+    all.handles = toldHandles(exit, handles);
     return all;
 }
 
@@ -134,18 +140,23 @@ sandbox::ChildProcess Client::startHere(const fs::path& program, const Words& wo
     return std::move(*process);
 }
 
-double Client::handleCount() const {
+/// As `toldHandles` takes it.
+std::pair<int, std::string> Client::countedHandles() const {
     if (!windows) {
         std::error_code error;
-        const fs::directory_iterator all("/proc/" + std::to_string(host) + "/fd", error);
-        return static_cast<double>(std::distance(begin(all), end(all)));
+        std::size_t count = 0;
+        fs::directory_iterator entry("/proc/" + std::to_string(host) + "/fd", error);
+        for (; !error && entry != end(entry); entry.increment(error)) {
+            ++count;
+        }
+        return {error.value(), std::to_string(count)};
     }
     const fs::path file = where.state() / "handles";
     fs::remove(file);
     auto counter =
         startHere(where.state() / handleCounter, {system->spelled(file), "trayhost.exe"});
     const int exit = counter.wait();
-    return toldHandles(exit, textOf(file));
+    return {exit, textOf(file)};
 }
 
 void Client::hold(const std::string& file) {
@@ -162,14 +173,20 @@ void Client::letGo() {
 
 int Client::stop() {
     start({"stop"}, "stop.out").wait();
-    return hosting.wait();
+    const int exit = hosting.wait();
+    const int ofHost = told(hostOutput).value(Json::json_pointer("/host/exit"), 0);
+    return ofHost != 0 ? ofHost : exit;
+}
+
+/// The object that a verb of xsandbox has written; an empty one when it has not come to that.
+nlohmann::json Client::told(const char* output) const {
+    Json object = Json::parse(textOf(where.root().parent_path() / output), nullptr, false);
+    return object.is_object() ? object : Json::object();
 }
 
 std::size_t Client::delayedMoves() {
-    start({"show", "--json"}, "show.out").wait();
-    const auto shown =
-        nlohmann::json::parse(textOf(where.root().parent_path() / "show.out"), nullptr, false);
-    return shown.is_object() ? shown.value("moves", nlohmann::json::array()).size() : 0;
+    start({"show", "--json"}, showOutput).wait();
+    return told(showOutput).value("moves", Json::array()).size();
 }
 
 } // namespace soak

@@ -2,8 +2,10 @@
 
 #include <filesystem>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sandbox/cli/clientsystem.h"
@@ -27,7 +29,7 @@ public:
 
     const sandbox::Folders& folders() const { return where; }
 
-    /// Nothing once the host has ended. Throws when its handles cannot be counted.
+    /// Nothing once the host has ended. Throws when the handles of one that runs cannot be counted.
     std::optional<Facts> facts() const;
 
     /// "xsandbox set" with these words, and its end.
@@ -42,7 +44,7 @@ public:
     void hold(const std::string& file);
     void letGo();
 
-    /// Ends the host in order; its exit status.
+    /// Ends the host in order, if it runs; its exit status.
     int stop();
 
     /// Moves that the system has to carry out at the restart; the host has ended.
@@ -51,10 +53,14 @@ public:
 private:
     using Words = std::vector<std::string>;
 
+    /// Starts what runs the host; the rest of the work can fail without leaving that behind.
+    Client(std::filesystem::path runFolder, const std::filesystem::path& scenario, bool isWindows);
+
     long long findHost() const;
     sandbox::ChildProcess start(Words words, const char* output) const;
     sandbox::ChildProcess startHere(const std::filesystem::path& program, const Words& words) const;
-    double handleCount() const;
+    std::pair<int, std::string> countedHandles() const;
+    nlohmann::json told(const char* output) const;
 
     const sandbox::Folders where;
     const bool windows;

@@ -1,5 +1,6 @@
 #include "soak/demands.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "sandbox/faults/clientfaults.h"
@@ -9,6 +10,11 @@ namespace soak {
 namespace {
 
 constexpr std::size_t shareOfPackets = 2; ///< one in so many has to be done; faults take the rest
+
+bool isDone(const Findings& found, const std::string& what) {
+    return std::any_of(found.done.begin(), found.done.end(),
+                       [&](const auto& done) { return done.first == what && done.second > 0; });
+}
 
 } // namespace
 
@@ -26,9 +32,13 @@ std::vector<std::string> unmetDemands(const Findings& found) {
     }
     for (const Turn& turn : programme()) {
         for (const sandbox::Fault& fault : faultsOf(turn.faults)) {
-            if (!sandbox::isOfClient(fault) && !found.faults.contains(fault.title())) {
+            const auto& met = sandbox::isOfClient(fault) ? found.clientFaults : found.faults;
+            if (!met.contains(fault.title())) {
                 unmet.push_back("no effect of the fault " + fault.title());
             }
+        }
+        if (*turn.does != '\0' && !isDone(found, turn.does)) {
+            unmet.push_back(std::string("none of ") + turn.does);
         }
     }
     return unmet;

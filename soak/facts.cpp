@@ -42,7 +42,7 @@ double toldHandles(int exit, const std::string& text) {
     double count = 0;
     told >> count;
     if (exit != 0 || count <= 0) {
-        throw std::runtime_error("the handles of the host cannot be counted: exit status " +
+        throw std::runtime_error("the handles of the host cannot be counted: error " +
                                  std::to_string(exit) + ", \"" + text + '"');
     }
     return count;

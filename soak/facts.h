@@ -16,8 +16,8 @@ struct Facts {
 /// From the texts of /proc/N/stat and /proc/N/status, all but the handles. Any thread.
 Facts factsOf(const std::string& stat, const std::string& status);
 
-/// What the counter of handles has written, with its exit status. Throws std::runtime_error for
-/// one that has failed or found none: a running host has some.
+/// What the counter of handles has written, with its exit status or the system's error. Throws
+/// std::runtime_error for one that has failed or found none: a running host has some.
 double toldHandles(int exit, const std::string& text);
 
 } // namespace soak

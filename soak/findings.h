@@ -23,6 +23,7 @@ struct Findings {
     Courses courses;
     bool isWindows = false;
     bool isBrokenOff = false; ///< ahead of its time
+    bool isHostGone = false;  ///< it has ended by itself
     double seconds = 0;
     double cpuSeconds = 0; ///< of the host
     std::vector<std::pair<std::string, std::size_t>> done;

@@ -17,8 +17,8 @@ constexpr const char* description =
     "design.\n"
     "Growth by tick shows in some minutes; an hour is a good length.";
 constexpr const char* statuses =
-    "Exit status: 0 all is flat; 1 something has grown, or the host was not busy or not ended in\n"
-    "order; 2 the soak failed, was broken off or was too short to tell.";
+    "Exit status: 0 all is flat; 1 something has grown, or the host was not busy, has ended by\n"
+    "itself or has not ended in order; 2 the soak failed, was broken off or was too short to tell.";
 constexpr int failed = 2;
 constexpr std::uint32_t shortest = 20;
 constexpr std::uint32_t longest = 604'800;

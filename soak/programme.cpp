@@ -1,5 +1,7 @@
 #include "soak/programme.h"
 
+#include "soak/tally.h"
+
 namespace soak {
 namespace {
 
@@ -56,13 +58,15 @@ constexpr Turn turns[]{
      .faults = R"([{"on":"package","fault":"hold","byte":1000000}])",
      .unset = "muteMode=0",
      .wordsOff = "check",
+     .does = installsInMuteMode,
      .mutesInstall = true},
-    {.name = "package: the setup fails", .setupFails = true},
+    {.name = "package: the setup fails", .does = setupsThatFailed, .setupFails = true},
     {.name = "package: the user cancels",
      .faults = R"([{"on":"package","fault":"slow","size":16384,"ms":10}])",
      .set = "UPDATE_TYPE=1",
      .words = "check,download,cancel",
-     .wordsOff = "check,download,install"},
+     .wordsOff = "check,download,install",
+     .does = cancelsOfTheUser},
     {.name = "package: the settings are open",
      .set = "UPDATE_TYPE=0 settingsWindow=open",
      .unset = "settingsWindow=closed"},

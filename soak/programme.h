@@ -14,6 +14,7 @@ struct Turn {
     const char* words = "";    ///< of the user interface, while it is on
     const char* wordsOff = ""; ///< the same when it is off
     const char* held = "";     ///< file of the client that is in use while it is on
+    const char* does = "";     ///< what nothing but it brings about, as `done` names it
     bool setupFails = false;   ///< a package comes whose setup changes nothing
     bool mutesInstall = false; ///< mute mode comes when a transfer has stopped
 };

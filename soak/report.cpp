@@ -67,6 +67,17 @@ void tell(const Findings& found, std::ostream& out) {
         << " files in update\n\n";
 }
 
+/// Whether the host has ended in order.
+bool tellEnd(const Findings& found, std::ostream& out) {
+    if (!found.isHostGone && found.hostExit == 0) {
+        out << "the host has ended in order\n";
+        return true;
+    }
+    out << (found.isHostGone ? "the host has ended BY ITSELF" : "the host has NOT ended in order")
+        << ", exit status " << found.hostExit << '\n';
+    return false;
+}
+
 } // namespace
 
 Outcome report(const Findings& found, std::ostream& out) {
@@ -83,8 +94,7 @@ Outcome report(const Findings& found, std::ostream& out) {
     for (const std::string& demand : unmet) {
         out << "NOT BUSY: " << demand << '\n';
     }
-    out << (found.hostExit == 0 ? "the host has ended in order\n"
-                                : "the host has not ended in order\n");
+    const bool hasEndedWell = tellEnd(found, out);
     if (found.isBrokenOff) {
         out << "broken off: nothing is told\n";
         return Outcome::untold;
@@ -92,7 +102,7 @@ Outcome report(const Findings& found, std::ostream& out) {
     const auto has = [&](Verdict verdict) {
         return std::find(verdicts.begin(), verdicts.end(), verdict) != verdicts.end();
     };
-    if (has(Verdict::grows) || !unmet.empty() || found.hostExit != 0) {
+    if (has(Verdict::grows) || !unmet.empty() || !hasEndedWell) {
         return Outcome::faulty;
     }
     return has(Verdict::untold) ? Outcome::untold : Outcome::sound;

@@ -72,7 +72,7 @@ Findings Soak::run() {
     began = Clock::now();
     turn = programme().size() - 1;
     const double length = static_cast<double>(order.length.count());
-    while (elapsed() < length && !sandbox::stopSignalled()) {
+    while (elapsed() < length && goesOn()) {
         followTurns();
         step();
     }
@@ -87,15 +87,18 @@ Findings Soak::run() {
     return found;
 }
 
+bool Soak::goesOn() const {
+    return !found.isHostGone && !sandbox::stopSignalled();
+}
+
 /// Lets what is under way end, and one packet more be done.
 void Soak::awaitLastPacket() {
     const double off = elapsed();
     const std::size_t before = supply.packets();
     const auto isWaiting = [&] {
-        return !found.isServedAtLast && elapsed() < off + packetPatience &&
-               !sandbox::stopSignalled();
+        return !found.isServedAtLast && elapsed() < off + packetPatience;
     };
-    while (elapsed() < off + settleSeconds || isWaiting()) {
+    while (goesOn() && (elapsed() < off + settleSeconds || isWaiting())) {
         step();
         found.isServedAtLast =
             found.isServedAtLast ||
@@ -122,8 +125,8 @@ void Soak::step() {
 }
 
 void Soak::conclude() {
-    const auto last = client->facts();
-    found.cpuSeconds = last && firstFacts ? last->cpuSeconds - firstFacts->cpuSeconds : 0;
+    takeFacts();
+    found.cpuSeconds = firstFacts ? lastFacts->cpuSeconds - firstFacts->cpuSeconds : 0;
     found.kept = keptNow();
     sandbox::layOutClientFaults(client->folders(), phase, faultsOf(lostBefore));
     found.hostExit = client->stop();
@@ -135,6 +138,7 @@ void Soak::conclude() {
     found.courses = sampler.courses();
     found.isWindows = order.windows;
     found.done = tally.done();
+    found.done.emplace_back(setupsThatFailed, failedSetups);
     found.failures = tally.failures();
     found.packets = supply.packets();
     found.packetsDone = tally.packetsDone();
@@ -181,16 +185,20 @@ void Soak::serve() {
 }
 
 void Soak::sample() {
-    if (!sampler.isDue(elapsed())) {
-        return;
+    if (sampler.isDue(elapsed()) && takeFacts()) {
+        sampler.take(elapsed(), *lastFacts, keptNow(), isOn ? programme()[turn].name : "");
     }
+}
+
+/// False once the host has ended.
+bool Soak::takeFacts() {
     const auto facts = client->facts();
-    if (!facts) {
-        throw std::runtime_error("the host has ended by itself, see " +
-                                 (client->folders().state() / "host1.out").string());
+    found.isHostGone = !facts && !sandbox::stopSignalled(); // which the host gets as well
+    if (facts) {
+        firstFacts = firstFacts ? firstFacts : facts;
+        lastFacts = facts;
     }
-    firstFacts = firstFacts ? firstFacts : facts;
-    sampler.take(elapsed(), *facts, keptNow(), isOn ? programme()[turn].name : "");
+    return facts.has_value();
 }
 
 Kept Soak::keptNow() {

@@ -31,10 +31,11 @@ class Soak {
 public:
     explicit Soak(const Order& what);
 
-    /// Throws std::runtime_error when the host ends by itself or a part fails.
+    /// Ends ahead of its time when the host does. Throws std::runtime_error when a part fails.
     Findings run();
 
 private:
+    bool goesOn() const;
     void step();
     void awaitLastPacket();
     void conclude();
@@ -49,6 +50,7 @@ private:
     void muteHeldInstall();
     void logInAgain();
     void sample();
+    bool takeFacts();
     Kept keptNow();
     double elapsed() const;
     void watch(const sandbox::PlatformEvent& event);
@@ -66,12 +68,15 @@ private:
     Findings found;
     std::chrono::steady_clock::time_point began;
     std::optional<Facts> firstFacts;
+    std::optional<Facts> lastFacts;
     double nextPacket = 0;
     double nextTurn = 0;
     double turnOff = 0;
     std::size_t turn = 0;
     bool isOn = false;
     bool hasMuted = false;
+    std::size_t installsBefore = 0; ///< the turn
+    std::size_t failedSetups = 0;
     std::optional<double> logIn;
     std::string wordsAfterLogIn;
     std::string served; ///< what the servers have now

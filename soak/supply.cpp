@@ -1,9 +1,6 @@
 #include "soak/supply.h"
 
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
-
+#include "sandbox/cli/filebytes.h"
 #include "sandbox/materials/cabwriter.h"
 #include "sandbox/materials/pefile.h"
 #include "sandbox/materials/setuppackage.h"
@@ -17,15 +14,6 @@ constexpr std::size_t imageSize = 40'000;
 constexpr std::size_t dataSize = 100'000;
 constexpr std::size_t besideProgram = 500'000; ///< payload of a package
 constexpr std::size_t generationsKept = 3;     ///< a transfer of an earlier one may be under way
-
-Bytes bytesOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    Bytes bytes{std::istreambuf_iterator<char>(stream), {}};
-    if (bytes.empty()) {
-        throw std::runtime_error("cannot read " + file.string());
-    }
-    return bytes;
-}
 
 Bytes image(std::size_t number, std::uint64_t seed) {
     return materials::buildPeFile({.version = {1, 3, static_cast<std::uint16_t>(number), 0},
@@ -47,7 +35,7 @@ void prune(std::vector<std::vector<std::filesystem::path>>& generations) {
 } // namespace
 
 Supply::Supply(std::filesystem::path storageFolder, const std::filesystem::path& setup)
-    : storage(std::move(storageFolder)), program(bytesOf(setup)), versions{firstClient} {
+    : storage(std::move(storageFolder)), program(sandbox::readBytes(setup)), versions{firstClient} {
     current.productId = "tulsar";
     current.channelId = "tulsar_upgrade_1.0";
     dataFile(1000, "patchlib0.dat");
@@ -133,13 +121,7 @@ void Supply::dataFile(int type, const char* name) {
 std::string Supply::keep(const std::string& name, const Bytes& bytes, Stored& generation) {
     std::string id = name + "-" + materials::md5Hex(bytes).substr(0, 12);
     const std::filesystem::path file = storage / id;
-    std::ofstream stream(file, std::ios::binary);
-    stream.write(reinterpret_cast<const char*>(bytes.data()),
-                 static_cast<std::streamsize>(bytes.size()));
-    stream.close();
-    if (!stream) {
-        throw std::runtime_error("cannot write " + file.string());
-    }
+    sandbox::writeBytes(file, bytes);
     generation.push_back(file);
     return id;
 }

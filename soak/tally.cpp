@@ -11,6 +11,7 @@ struct Counted {
     const char* begin; ///< of a log line, or the kind of another observation
 };
 
+constexpr const char* installed = "update plugin, pkg, task install, finished";
 constexpr const char* helperRuns = "update plugin, other, task run, check.";
 constexpr const char* mutedInstall = "XTaskPkgInstall check isMugeMode return";
 constexpr const char* packageAsked = "update plugin, pkg, task check, request:";
@@ -18,6 +19,7 @@ constexpr const char* packageAnswered = "update plugin, pkg, task check, succ:";
 constexpr const char* fileRetry = "update plugin, file, retry.";
 constexpr const char* packetDone = "packet";
 constexpr std::int64_t retryWait = 300'000;
+constexpr std::size_t mostRetries = 2; ///< of three attempts
 
 constexpr std::array<Counted, 30> counted{{
     {"kelvar: runs behind the gate", "update plugin, kelvar, task fetch, check ..."},
@@ -33,13 +35,13 @@ constexpr std::array<Counted, 30> counted{{
     {"package: checks", packageAsked},
     {"package: checks that failed", "update plugin, pkg, task check, response, error :"},
     {"package: downloads", "update plugin, pkg, task download, check ..."},
-    {"package: installs", "update plugin, pkg, task install, finished"},
+    {"package: installs", installed},
     {"package: installs refused", "update plugin, pkg, task install, can't install"},
-    {"package: installs in mute mode, each a chain that stays", mutedInstall},
+    {installsInMuteMode, mutedInstall},
     {"package: the user's checks", "update plugin, pkg, check version ..."},
     {"package: the user's downloads", "update plugin, pkg, download pkg ..."},
     {"package: the user's installs", "update plugin, pkg, install pkg ..."},
-    {"package: the user's cancels", "update plugin, pkg, cancel download ..."},
+    {cancelsOfTheUser, "update plugin, pkg, cancel download ..."},
     {"file: runs", "update plugin, file, task check ..."},
     {"file: runs without a user", "update plugin, file, can't check, so ignore."},
     {"file: attempts that ended", "update plugin, file, check finished, succ:"},
@@ -66,7 +68,7 @@ void Tally::see(const nlohmann::json& event) {
     } else if (kind == "version" && event.value("path", std::string()) == "update\\version.dat") {
         stored = event.value("value", std::string());
         ++counts[packetDone];
-    } else if (kind == "host" && event.contains("allocated")) {
+    } else if (kind == "host" && event.value("allocated", 0.0) > 0) {
         looked = HeapLook{event.value("n", 0.0), event.value("allocated", 0.0)};
     }
 }
@@ -90,7 +92,8 @@ Kept Tally::kept(std::int64_t now, std::size_t spoiled) {
     const std::size_t asked = lines(packageAsked);
     const std::size_t open = asked - std::min(asked, lines(packageAnswered));
     const std::size_t helpers = std::min<std::size_t>(lines(helperRuns), 1); // one a process
-    return {helpers + lines(mutedInstall) + std::min(open, spoiled), retries.size()};
+    return {helpers + lines(mutedInstall) + std::min(open, spoiled),
+            std::min(retries.size(), mostRetries)};
 }
 
 std::size_t Tally::lines(const std::string& begin) const {
@@ -100,6 +103,10 @@ std::size_t Tally::lines(const std::string& begin) const {
 
 std::size_t Tally::packetsDone() const {
     return lines(packetDone);
+}
+
+std::size_t Tally::installs() const {
+    return lines(installed);
 }
 
 std::vector<std::pair<std::string, std::size_t>> Tally::done() const {

@@ -27,6 +27,12 @@ struct HeapLook {
     double bytes = 0;
 };
 
+/// What turns of the programme are there for, as `done` names it.
+inline constexpr const char* installsInMuteMode =
+    "package: installs in mute mode, each a chain that stays";
+inline constexpr const char* cancelsOfTheUser = "package: the user's cancels";
+inline constexpr const char* setupsThatFailed = "package: installs whose setup fails";
+
 class Tally {
 public:
     /// Takes an observation of the host.
@@ -36,7 +42,7 @@ public:
     /// answers to package checks were lost or made no JSON: no other check may stay open.
     Kept kept(std::int64_t now, std::size_t spoiled);
 
-    /// The last one that the host has told.
+    /// The last one that the host has told; 0 bytes are what its system does not tell.
     const std::optional<HeapLook>& heap() const { return looked; }
 
     /// How often lines that begin with the text came.
@@ -45,6 +51,7 @@ public:
     const std::string& packetVersion() const { return stored; } ///< that the client has stored
 
     std::size_t packetsDone() const;
+    std::size_t installs() const; ///< whatever came of their setups
 
     /// "channel: what" and how often, in the order of the channels.
     std::vector<std::pair<std::string, std::size_t>> done() const;

@@ -59,6 +59,7 @@ void Soak::followTurns() {
 void Soak::begin(const Turn& now) {
     ++found.turns;
     isOn = true;
+    installsBefore = tally.installs();
     turnOff = elapsed() + secondsOn;
     if (hasPackage() || now.setupFails) {
         supply.nextPackage(now.setupFails);
@@ -81,6 +82,7 @@ void Soak::end(const Turn& now) {
     client->letGo();
     platform.release();
     if (now.setupFails) {
+        failedSetups += tally.installs() - installsBefore;
         supply.nextPackage(false);
     }
     std::vector<std::string> words = wordsOf(now.unset);

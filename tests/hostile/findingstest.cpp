@@ -12,7 +12,9 @@ using namespace hostile;
 namespace fs = std::filesystem;
 
 void write(const std::string& name, const std::string& text) {
-    std::ofstream(fs::temp_directory_path() / name) << text;
+    const fs::path file = fs::temp_directory_path() / name;
+    fs::create_directories(file.parent_path());
+    std::ofstream(file) << text;
 }
 
 TEST(WideWatch, TellsWhatIsDoneToAHostileName) {
@@ -24,6 +26,8 @@ TEST(WideWatch, TellsWhatIsDoneToAHostileName) {
         {"nothing", [] {}, ""},
         {"another name", [] { write("good.dll", "1"); }, ""},
         {"made", [] { write("evil.cab", "1"); }, "+"},
+        {"made in a folder", [] { write("client/evil.cab", "1"); }, "+"},
+        {"made in another test's", [] { write("xrefresher-test-1/evil.cab", "1"); }, ""},
         {"other content", [] { write("evil.dll", "2"); }, "!"},
         {"the same content once more", [] { write("evil.dll", "1"); }, "!"},
         {"gone", [] { fs::remove(fs::temp_directory_path() / "evil.dll"); }, "-"},

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include "sandbox/faults/clientfaults.h"
 #include "soak/demands.h"
 #include "soak/programme.h"
 #include "soak/report.h"
@@ -30,8 +31,9 @@ Findings sound() {
     found.isServedAtLast = true;
     for (const Turn& turn : programme()) {
         for (const sandbox::Fault& fault : faultsOf(turn.faults)) {
-            ++found.faults[fault.title()];
+            ++(sandbox::isOfClient(fault) ? found.clientFaults : found.faults)[fault.title()];
         }
+        found.done.emplace_back(turn.does, 1);
     }
     found.hostExit = 0;
     return found;
@@ -51,6 +53,16 @@ TEST(OutcomeTest, OnlyABusyHostOfEnoughTimeIsSound) {
          [](Findings& found) { found.isServedAtLast = false; }, Outcome::faulty},
         {"a fault without effect", [](Findings& found) { found.faults.erase("cut on base"); },
          Outcome::faulty},
+        {"a fault of the client's side without",
+         [](Findings& found) { found.clientFaults.erase("drop on packageCheck"); },
+         Outcome::faulty},
+        {"a turn that does nothing",
+         [](Findings& found) {
+             for (auto& [what, count] : found.done) {
+                 count = what == cancelsOfTheUser ? 0 : count;
+             }
+         },
+         Outcome::faulty},
         {"one whose turn has not come",
          [](Findings& found) {
              found.faults.erase("cut on base");
@@ -64,7 +76,14 @@ TEST(OutcomeTest, OnlyABusyHostOfEnoughTimeIsSound) {
              }
          },
          Outcome::faulty},
-        {"a host that crashed", [](Findings& found) { found.hostExit = 139; }, Outcome::faulty},
+        {"a host that crashed at its end", [](Findings& found) { found.hostExit = 139; },
+         Outcome::faulty},
+        {"one that ended too early",
+         [](Findings& found) {
+             found.isHostGone = true;
+             found.courses.heap.clear();
+         },
+         Outcome::faulty},
         {"broken off", [](Findings& found) { found.isBrokenOff = true; }, Outcome::untold},
         {"five samples", [](Findings& found) { found.courses.threads.resize(5); }, Outcome::untold},
         {"no look at the heap", [](Findings& found) { found.courses.heap.clear(); },

@@ -11,6 +11,7 @@ namespace {
 
 constexpr const char* asked = "update plugin, pkg, task check, request:{} ";
 constexpr const char* answered = "update plugin, pkg, task check, succ: 0 ";
+constexpr const char* retry = "update plugin, file, retry. ";
 constexpr const char* helper = "update plugin, other, task run, check. ";
 
 struct Seen {
@@ -36,7 +37,8 @@ TEST(TallyTest, KeepsWhatNeverEndsAndNoMore) {
         {"the helper", {helper}, 0, 1},
         {"the helper again and again", {helper, helper, helper}, 0, 1},
         {"an install in mute mode", {"XTaskPkgInstall check isMugeMode return "}, 0, 1},
-        {"the file channel's retry", {"update plugin, file, retry. "}, 0, 0, 1},
+        {"the file channel's retry", {retry}, 0, 0, 1},
+        {"one more than its attempts leave room for", {retry, retry, retry}, 0, 0, 2},
     };
     for (const Seen& seen : table) {
         Tally tally;
@@ -47,6 +49,17 @@ TEST(TallyTest, KeepsWhatNeverEndsAndNoMore) {
         EXPECT_EQ(tally.kept(300'000, seen.spoiled).retries, seen.retries) << seen.name;
         EXPECT_EQ(tally.kept(302'000, seen.spoiled).retries, 0U) << seen.name;
     }
+}
+
+TEST(TallyTest, TakesNoLookThatTheSystemDoesNotTell) {
+    Tally tally;
+    const auto bytesBehind = [&](int allocated) {
+        tally.see({{"kind", "host"}, {"n", 20}, {"allocated", allocated}});
+        return tally.heap() ? tally.heap()->bytes : -1;
+    };
+    EXPECT_EQ(bytesBehind(0), -1);
+    EXPECT_EQ(bytesBehind(500), 500);
+    EXPECT_EQ(bytesBehind(0), 500);
 }
 
 TEST(FactsTest, HandlesAreThoseOfACounterThatWorked) {
