@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 
 #include "host/settings.h"
 #include "sandbox/materials/content.h"
@@ -102,12 +103,10 @@ bool isOfTransfer(const Step& step) {
 }
 
 /// Whether bytes are still to come at that step (counted from 1), so that a cancel has to stop
-/// them. The last two writes may be of bytes that are there already and only wait in the stream.
+/// them.
 bool isMidTransfer(const std::vector<Step>& steps, std::size_t at) {
-    constexpr std::ptrdiff_t ofStream = 2;
     const auto behind = steps.begin() + static_cast<std::ptrdiff_t>(at);
-    return isOfTransfer(*std::prev(behind)) &&
-           std::count_if(behind, steps.end(), isOfTransfer) >= ofStream;
+    return isOfTransfer(*std::prev(behind)) && std::any_of(behind, steps.end(), isOfTransfer);
 }
 
 std::vector<Row> cancelEach(Machine& machine, Machine::Work work, int wantedStatus) {
@@ -116,7 +115,12 @@ std::vector<Row> cancelEach(Machine& machine, Machine::Work work, int wantedStat
         return machine.run(std::move(plan));
     };
     machine.layOut();
-    const std::vector<Step> steps = session({}).steps;
+    const Session whole = session({});
+    if (whole.end != End::itself || statusIn(machine.stored()) != wantedStatus) {
+        throw std::runtime_error("a package does not come where nobody cancels");
+    }
+    const std::vector<Step>& steps = whole.steps;
+    bool wasMidTransfer = false;
     std::vector<Row> rows;
     for (std::size_t at = 1; at <= steps.size(); ++at) {
         machine.layOut();
@@ -129,6 +133,7 @@ std::vector<Row> cancelEach(Machine& machine, Machine::Work work, int wantedStat
         row.step.what = machine.told(row.step.what);
         const Snapshot behind = machine.look();
         if (isMidTransfer(steps, at)) {
+            wasMidTransfer = true;
             row.findings = judgeCancel(behind, cancelled);
         }
         lookAtPackage(behind, cancelled, row.findings);
@@ -139,6 +144,9 @@ std::vector<Row> cancelEach(Machine& machine, Machine::Work work, int wantedStat
                 {"the next session ends with status " + std::to_string(status), std::nullopt});
         }
         rows.push_back(std::move(row));
+    }
+    if (!wasMidTransfer) {
+        throw std::runtime_error("no step of a package is one of its transfer");
     }
     return rows;
 }

@@ -108,6 +108,14 @@ bool isOfEarlierRun(const Packet& packet, const Target& target, const Bytes& byt
     });
 }
 
+bool isOnOffer(const Packet& packet, const std::string& path) {
+    const auto& materials = packet.offer.materials;
+    return std::any_of(materials.begin(), materials.end(), [&](const auto& material) {
+        return path == "update\\" + material.md5 ||
+               path == "update\\" + material.extends.at("file_md5");
+    });
+}
+
 bool isDeath(Disturbance disturbance) {
     switch (disturbance) {
     case Disturbance::diesBefore:
@@ -156,20 +164,20 @@ bool wasKeptFromWriting(const Trial& trial, const std::string& what) {
            (trial.disturbance == Disturbance::fullDisk && wroteTo(trial, what, trial.at));
 }
 
-std::size_t timesScheduled(const Trial& trial, const Target& target) {
+std::size_t timesScheduled(const Trial& trial, const std::string& path) {
     std::size_t times = 0;
     for (const Session& session : trial.sessions) {
         times += static_cast<std::size_t>(
             std::count_if(session.log.begin(), session.log.end(), [&](const std::string& line) {
                 return line.find("set peeding :") != std::string::npos &&
-                       line.find("\\" + target.path) != std::string::npos;
+                       line.find("\\" + path) != std::string::npos;
             }));
     }
     return times;
 }
 
 bool hasWaited(const Trial& trial, const Target& target) {
-    return timesScheduled(trial, target) > 0;
+    return timesScheduled(trial, target.path) > 0;
 }
 
 bool isRefusedBySystem(const Trial& trial, const std::string& path) {

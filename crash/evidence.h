@@ -45,6 +45,9 @@ std::string hashOf(const Packet& packet, const Target& target);
 /// Whether these are the bytes that waited for the target before the first session.
 bool isOfEarlierRun(const Packet& packet, const Target& target, const Bytes& bytes);
 
+/// Whether the name of that file in `update` is the MD5 of a file or a material of the packet.
+bool isOnOffer(const Packet& packet, const std::string& path);
+
 // --- the whole trial ---
 
 bool isDeath(Disturbance disturbance);
@@ -60,7 +63,7 @@ bool wroteTo(const Trial& trial, const std::string& what, std::size_t from);
 /// Whether the disturbed session was kept from writing that list or key.
 bool wasKeptFromWriting(const Trial& trial, const std::string& what);
 /// How often sessions have left the target to the restart.
-std::size_t timesScheduled(const Trial& trial, const Target& target);
+std::size_t timesScheduled(const Trial& trial, const std::string& path);
 bool hasWaited(const Trial& trial, const Target& target);
 /// Whether the system has refused to replace that file at the restart.
 bool isRefusedBySystem(const Trial& trial, const std::string& path);

@@ -6,14 +6,16 @@ namespace crash {
 
 namespace {
 
-constexpr const char* virusLibModule = "/orvviruslib";
-
 /// Whether an older form that waited may go over the newer one: nobody lived to withdraw it, or
-/// the list of waiting files or its file was out of reach.
+/// the list of waiting files or the very file was out of reach.
 bool mayBeOvertaken(const Trial& trial, const Target& target, const Bytes& bytes) {
+    const auto& earlier = trial.packet.delayed;
+    const bool isWithdrawn = std::any_of(earlier.begin(), earlier.end(), [&](const auto& move) {
+        return move.second == target.path && isStep(trial, Operation::remove, move.first);
+    });
     return isOfEarlierRun(trial.packet, target, bytes) &&
            (died(trial) || trial.disturbance == Disturbance::storeIsGone ||
-            (trial.disturbance == Disturbance::fails && trial.step.operation == Operation::remove));
+            (trial.disturbance == Disturbance::fails && isWithdrawn));
 }
 
 /// Whether the disturbance stood between the two moves of the file.
@@ -50,9 +52,12 @@ std::string entryOf(const Packet& packet, const Target& target, std::size_t size
     return std::string(newVersion) + " " + hashOf(packet, target) + " " + std::to_string(size);
 }
 
-/// Whether neither the list nor the restart was told of an old file.
-bool isNobodysAside(const Trial& trial) {
+/// Whether neither the list nor the restart was told of a file that was pushed aside by then.
+bool isNobodysAside(const Trial& trial, const std::string& path) {
     constexpr const char* temp = "update\\temp";
+    if (!bytesAt(trial.broken, path)) {
+        return false;
+    }
     return died(trial) || trial.disturbance == Disturbance::fullDisk ||
            (trial.disturbance == Disturbance::fails &&
             (isStep(trial, Operation::moveAtRestart, temp) ||
@@ -65,6 +70,14 @@ bool isHalfTakenBack(const Trial& trial, const Target& target) {
     return trial.disturbance == Disturbance::fails &&
            isStep(trial, Operation::move, "update\\temp\\") &&
            trial.step.what.ends_with("\\" + target.path) && hasLogged(trial, "rollback 2 error");
+}
+
+/// Whether the new file's own leave failed when its group was taken back.
+bool isLeftInPlace(const Trial& trial, const Target& target) {
+    return trial.disturbance == Disturbance::fails &&
+           isStep(trial, Operation::move, "\\" + target.path + " > ") &&
+           !isStep(trial, Operation::move, "update\\temp\\") &&
+           hasLogged(trial, "rollback 1 error");
 }
 
 } // namespace
@@ -100,7 +113,8 @@ Reason whyDifferent(const Trial& trial, const Target& target, const Bytes& bytes
     if (isOld && isRefusedBySystem(trial, target.path)) {
         return Loss::notScheduled;
     }
-    if (isOld && isTakenAway(trial, hashOf(trial.packet, target))) {
+    if (isOld && isTakenAway(trial, hashOf(trial.packet, target)) &&
+        timesScheduled(trial, target.path) > 1) {
         return Loss::scheduledTwice;
     }
     if (isUndoneByOther(trial, target, bytes)) {
@@ -119,7 +133,7 @@ Reason whyDifferent(const Trial& trial, const Target& target, const Bytes& bytes
         return Loss::staysScheduled;
     }
     if (bytes == target.after && stays && isHandled(trial.packet, trial.broken, target) &&
-        (died(trial) || hasLogged(trial, "rollback 1 error"))) {
+        (died(trial) || isLeftInPlace(trial, target))) {
         return Loss::groupTorn;
     }
     return std::nullopt;
@@ -146,7 +160,9 @@ Reason whyEntry(const Trial& trial, const Target& target, const std::string& ent
 Reason whyVersion(const Trial& trial, const std::string& key, const std::string& version) {
     const bool isFormer = version == versionIn(trial.packet.stored, key);
     const std::string whole = key == virusLibKey ? newVirusLibVersion : newVersion;
-    if (isFormer ? wasKeptFromWriting(trial, key) && isNeverOfferedAgain(trial, key)
+    const bool wasNeverWritten = isFormer && version == versionIn(trial.broken.stored, key) &&
+                                 wasKeptFromWriting(trial, key);
+    if (isFormer ? wasNeverWritten && isNeverOfferedAgain(trial, key)
                  : isCutAt(trial, key, version, whole)) {
         return Loss::unrecorded;
     }
@@ -168,7 +184,7 @@ Reason whyNotStarted(const Trial& trial, const Target& target) {
 }
 
 Reason whyWaiting(const Trial& trial, const std::string& path, const std::string& file) {
-    if (isTakenAway(trial, file)) {
+    if (isTakenAway(trial, file) && timesScheduled(trial, path) > 1) {
         return Loss::scheduledTwice;
     }
     if (isRefusedBySystem(trial, path)) {
@@ -182,16 +198,18 @@ Reason whyWaiting(const Trial& trial, const std::string& path, const std::string
 
 Reason whyThere(const Trial& trial, const std::string& path) {
     if (path.starts_with("update\\temp\\")) {
-        return isNobodysAside(trial) ? Reason(Loss::keptAside) : std::nullopt;
+        return isNobodysAside(trial, path) ? Reason(Loss::keptAside) : std::nullopt;
     }
-    return path.starts_with("update\\") ? Reason(Loss::leftover) : std::nullopt;
+    return isOnOffer(trial.packet, path) ? Reason(Loss::leftover) : std::nullopt;
 }
 
 Reason whyNoFileList(const Trial& trial) {
     const bool wasInIt = trial.step.what.find(fileListName) != std::string::npos;
-    const bool wasWritten = isPowerLoss(trial) || trial.disturbance == Disturbance::fullDisk;
-    return (wasInIt && (died(trial) || trial.disturbance == Disturbance::fails)) ||
-                   (wasWritten && wroteTo(trial, fileListName, 1))
+    const bool wasZeroed = isPowerLoss(trial) && wroteTo(trial, fileListName, 1);
+    const bool hadNoRoom =
+        trial.disturbance == Disturbance::fullDisk && wroteTo(trial, fileListName, trial.at);
+    return (wasInIt && (died(trial) || trial.disturbance == Disturbance::fails)) || wasZeroed ||
+                   hadNoRoom
                ? Reason(Loss::fileListCut)
                : std::nullopt;
 }

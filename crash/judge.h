@@ -49,6 +49,7 @@ inline constexpr std::array lossMeanings{
     "kept aside: an old file stays in update\\temp, and neither a list nor the restart has it",
     "left over: a file stays in update that nothing needs",
 };
+static_assert(lossMeanings.size() == static_cast<std::size_t>(Loss::leftover) + 1);
 
 struct Finding {
     std::string what;
@@ -74,10 +75,12 @@ struct Trial {
     Snapshot wanted = {}; ///< the undisturbed end
     std::vector<Session> sessions = {};
     std::vector<std::string> wantedPrograms = {};
+    std::vector<std::string> notMoved = {}; ///< what restarts could not do, in words
 };
 
 enum class Outcome { recovered, oldKept, loss, fault };
 inline constexpr std::array outcomeNames{"recovered", "old kept", "required loss", "FAULT"};
+static_assert(outcomeNames.size() == static_cast<std::size_t>(Outcome::fault) + 1);
 
 /// Everything that is not as without the disturbance; none when all was recovered.
 std::vector<Finding> judge(const Trial& trial);

@@ -18,27 +18,27 @@ bool isSafe(const Trial& trial, const Snapshot& at, const Target& target) {
             isOfEarlierRun(trial.packet, target, bytes));
 }
 
-bool isWhole(const Trial& trial, const Snapshot& at) {
-    const auto& targets = trial.packet.targets;
-    return std::all_of(targets.begin(), targets.end(), [&](const Target& target) {
-        return bytesAt(at, target.path) == bytesAt(trial.wanted, target.path);
-    });
-}
-
 /// A damaged list ends the one session that reads it; then an operator clears it.
 bool mayEndByException(const Trial& trial, const Session& session) {
     return trial.sessions.size() > 1 && &session == &trial.sessions[1] &&
            !damagedLists(trial.broken.stored).empty();
 }
 
-void lookAtTheBreak(const Trial& trial, std::vector<Finding>& findings) {
-    for (const Target& target : trial.packet.targets) {
-        if (!isSafe(trial, trial.broken, target)) {
-            findings.push_back(
-                {target.path + " holds neither the old nor the new bytes at the break",
-                 whyUnsafe(trial, trial.broken, target)});
+void lookAtTarget(const Trial& trial, const Target& target, std::vector<Finding>& findings) {
+    std::set<Bytes> told;
+    const auto look = [&](const Snapshot& at, const std::string& when) {
+        if (!isSafe(trial, at, target) && told.insert(bytesAt(at, target.path)).second) {
+            findings.push_back({target.path + " holds neither the old nor the new bytes " + when,
+                                whyUnsafe(trial, at, target)});
         }
+    };
+    look(trial.broken, "at the break");
+    for (const Moment& moment : trial.later) {
+        look(moment.stands, "with run " + std::to_string(moment.run));
     }
+}
+
+void lookAtLists(const Trial& trial, std::vector<Finding>& findings) {
     if (!damagedLists(trial.broken.stored).empty()) {
         const bool isCut = trial.disturbance == Disturbance::losesOpen && died(trial) &&
                            trial.step.operation == Operation::storeSetting;
@@ -76,18 +76,10 @@ void judgeDisturbance(const Trial& trial, std::vector<Finding>& findings) {
 }
 
 void judgeMoments(const Trial& trial, std::vector<Finding>& findings) {
-    lookAtTheBreak(trial, findings);
     for (const Target& target : trial.packet.targets) {
-        const auto bad =
-            std::find_if(trial.later.begin(), trial.later.end(), [&](const Moment& moment) {
-                return !isSafe(trial, moment.stands, target);
-            });
-        if (bad != trial.later.end() && isSafe(trial, trial.broken, target)) {
-            findings.push_back({target.path + " holds neither the old nor the new bytes with run " +
-                                    std::to_string(bad->run),
-                                whyUnsafe(trial, bad->stands, target)});
-        }
+        lookAtTarget(trial, target, findings);
     }
+    lookAtLists(trial, findings);
 }
 
 void judgeRest(const Trial& trial, std::vector<Finding>& findings) {
@@ -117,17 +109,9 @@ void judgeRest(const Trial& trial, std::vector<Finding>& findings) {
     if (trial.end.delayed != trial.again.delayed) {
         tell("what the system keeps");
     }
-}
-
-std::optional<std::size_t> runsUntilWhole(const Trial& trial) {
-    std::optional<std::size_t> runs;
-    for (auto moment = trial.later.rbegin(); moment != trial.later.rend(); ++moment) {
-        if (!isWhole(trial, moment->stands)) {
-            return runs;
-        }
-        runs = moment->run;
+    for (const std::string& failure : trial.notMoved) {
+        findings.push_back({"the restart has not done " + failure, std::nullopt});
     }
-    return isWhole(trial, trial.broken) ? std::optional<std::size_t>(0) : runs;
 }
 
 } // namespace crash

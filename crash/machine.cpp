@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,6 +66,7 @@ Machine::Machine(const Packet& packet)
 
 void Machine::layOut() {
     held.clear();
+    failedMoves.clear();
     sessions = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(host.folder)) {
         fs::remove_all(entry.path());
@@ -87,7 +90,8 @@ void Machine::layOut() {
 
 void Machine::restart() {
     held.clear();
-    sandbox::carryOutMoves(host.folder / "client");
+    const auto failures = sandbox::carryOutMoves(host.folder / "client");
+    failedMoves.insert(failedMoves.end(), failures.begin(), failures.end());
 }
 
 void Machine::restartIfAsked() {
@@ -105,6 +109,9 @@ Machine::Started Machine::start(Plan plan) {
     const std::size_t number = sessions++;
     tick += betweenSessions;
     const pid_t child = ::fork();
+    if (child < 0) {
+        throw std::runtime_error("no process for a session");
+    }
     if (child == 0) {
         live(std::move(plan), number);
     }
@@ -123,7 +130,7 @@ Machine::Pair Machine::runBeside(std::size_t at) {
     std::array<int, 2> arrived{};
     std::array<int, 2> goOn{};
     if (::pipe(arrived.data()) != 0 || ::pipe(goOn.data()) != 0) {
-        return {};
+        throw std::runtime_error("no pipe to a session");
     }
     char byte = 0;
     const Started first =
@@ -137,7 +144,7 @@ Machine::Pair Machine::runBeside(std::size_t at) {
     if (::read(arrived[0], &byte, 1) == 1) {
         sessionsOfBoth.second = run();
         if (::write(goOn[1], "x", 1) != 1) {
-            return {};
+            ::kill(first.process, SIGKILL); // it would wait for its alarm
         }
     }
     sessionsOfBoth.first = await(first);

@@ -69,6 +69,8 @@ public:
     void restart();
     /// The same where the system keeps something; else the machine is not restarted.
     void restartIfAsked();
+    /// What restarts could not do since the client was laid out, in words.
+    const std::vector<std::string>& notMoved() const { return failedMoves; }
 
     Snapshot look() const;
 
@@ -107,6 +109,7 @@ private:
     DurableSettings settings;
     DurableVersions versions;
     std::vector<std::unique_ptr<sandbox::HeldFile>> held;
+    std::vector<std::string> failedMoves;
     Work sessionWork = nullptr;
     std::size_t sessions = 0;
 };

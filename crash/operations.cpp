@@ -8,19 +8,19 @@ namespace crash {
 
 namespace {
 
-struct Session {
+struct Counting {
     Plan plan;
     std::vector<Step> steps;
     std::size_t lookups = 0;
 };
 
-Session& session() {
-    static auto& one = *new Session; // the plug-in's threads outlive static objects
+Counting& counting() {
+    static auto& one = *new Counting; // the plug-in's threads outlive static objects
     return one;
 }
 
 [[noreturn]] void die() {
-    const Plan& plan = session().plan;
+    const Plan& plan = counting().plan;
     if (plan.disturbance == Disturbance::losesOpen) {
         cutOpenFiles();
     } else if (plan.disturbance == Disturbance::losesAll) {
@@ -49,26 +49,26 @@ bool takesRoom(Operation operation) {
 } // namespace
 
 void begin(Plan plan) {
-    session() = {};
-    session().plan = std::move(plan);
+    counting() = {};
+    counting().plan = std::move(plan);
 }
 
 const std::vector<Step>& steps() {
-    return session().steps;
+    return counting().steps;
 }
 
 std::size_t storeLookups() {
-    return session().lookups;
+    return counting().lookups;
 }
 
 bool lookUpStore() {
-    const Plan& plan = session().plan;
-    const std::size_t number = ++session().lookups;
+    const Plan& plan = counting().plan;
+    const std::size_t number = ++counting().lookups;
     return plan.disturbance != Disturbance::storeIsGone || number < plan.at;
 }
 
 Counted::Counted(Operation operation, std::string what) {
-    Session& now = session();
+    Counting& now = counting();
     now.steps.push_back({operation, std::move(what)});
     const std::size_t number = now.steps.size();
     isMeant = number == now.plan.at;
@@ -84,7 +84,7 @@ Counted::Counted(Operation operation, std::string what) {
 }
 
 Counted::~Counted() {
-    const Disturbance disturbance = session().plan.disturbance;
+    const Disturbance disturbance = counting().plan.disturbance;
     if (isMeant &&
         (disturbance == Disturbance::diesAfter || disturbance == Disturbance::losesOpen ||
          disturbance == Disturbance::losesAll)) {
@@ -93,7 +93,7 @@ Counted::~Counted() {
 }
 
 bool Counted::isCut() const {
-    return isMeant && session().plan.disturbance == Disturbance::losesOpen;
+    return isMeant && counting().plan.disturbance == Disturbance::losesOpen;
 }
 
 } // namespace crash

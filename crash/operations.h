@@ -28,6 +28,7 @@ inline constexpr std::array operationNames{
     "setting stored", "version stored",      "folder made", "file opened to write",
     "bytes written",  "written file closed", "file read",   "folder searched",
     "file moved",     "left to the restart", "file deleted"};
+static_assert(operationNames.size() == static_cast<std::size_t>(Operation::remove) + 1);
 
 enum class Disturbance {
     none,
@@ -45,6 +46,7 @@ enum class Disturbance {
 inline constexpr std::array disturbanceNames{
     "undisturbed", "fails",      "dies before", "dies after", "loses open files", "loses power",
     "disk full",   "store gone", "clock back",  "two hosts",  "cancelled"};
+static_assert(disturbanceNames.size() == static_cast<std::size_t>(Disturbance::cancelled) + 1);
 
 struct Plan {
     Disturbance disturbance = Disturbance::none;

@@ -113,7 +113,7 @@ private:
         const materials::Bytes file = packed ? cabinetOf(leaf, placed) : placed;
         sandbox::OfferedMaterial material;
         material.id = material.fileId = leaf;
-        material.moduleId = leaf == "virus.dat" ? "/orvviruslib" : "/module";
+        material.moduleId = leaf == "virus.dat" ? virusLibModule : "/module";
         material.version = newVersion;
         material.md5 = materials::md5Hex(file);
         material.extends["file_path"] = target.path;
@@ -157,7 +157,7 @@ Packet wholePacket() {
     builder.packet.files["foreign.dll"] = textOf(material::pe({1, 0, 0, 0}, 77));
     builder.waits("foreign.dll", textOf(material::pe({3, 0, 0, 0}, 77)));
     builder.pushedAside("0000000000000000000000000000000a");
-    builder.packet.offer.modules.push_back({"/orvviruslib", "", newVirusLibVersion});
+    builder.packet.offer.modules.push_back({virusLibModule, "", newVirusLibVersion});
     return builder.finish({"bin\\packed.dll", "wait\\idle.dll"});
 }
 

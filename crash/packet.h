@@ -40,6 +40,7 @@ inline constexpr const char* oldSize = "1";
 inline constexpr const char* newVersion = "2.0.0.2002";
 inline constexpr const char* newVirusLibVersion = "2026-11-20";
 inline constexpr const char* versionKey = "update\\version.dat";
+inline constexpr const char* virusLibModule = "/orvviruslib";
 inline constexpr const char* virusLibKey = "update\\virtuslib.dat";
 
 /// Files of every kind that all can be placed or wait: plain, new, data, in a cabinet, in use,

@@ -1,10 +1,11 @@
 #include <fstream>
-#include <iterator>
 #include <pugixml.hpp>
 
 #include "crash/machine.h"
+#include "platform/posix/delayedmoves.h"
 #include "sandbox/common/clientpath.h"
 #include "sandbox/platform/delayed.h"
+#include "sandbox/platform/filewrites.h"
 
 // What stands on a machine, and what stands there at first.
 
@@ -15,12 +16,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* listPlace = "home/OrvSecurity/config/uninst/filelist.xml";
-constexpr const char* journal = "delayed-moves.journal";
-
-std::string textAt(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
     for (std::size_t at = text.find(from); at != std::string::npos;
@@ -49,9 +44,10 @@ Snapshot Machine::look() const {
     Snapshot now;
     const fs::path client = host.folder / "client";
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(client)) {
-        if (entry.is_regular_file() && entry.path().filename() != journal) {
+        if (entry.is_regular_file() &&
+            entry.path().filename() != platform::posix::delayedMovesJournal) {
             now.files[sandbox::toClientPath(entry.path().lexically_relative(client))] =
-                textAt(entry.path());
+                sandbox::readFile(entry.path()).value();
         }
     }
     now.stored = stored();

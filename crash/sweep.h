@@ -27,10 +27,9 @@ struct Baseline {
 };
 Baseline undisturbed(Machine& machine);
 
-/// What is wrong where an undisturbed machine has come to this end: targets and versions that are
-/// not as the packet has them, but for a refused group.
-std::vector<Finding> judgeUndisturbed(const Packet& packet, const Session& first,
-                                      const Snapshot& end);
+/// What is wrong where an undisturbed machine has come to its end: targets, entries, versions and
+/// programs that are not as the packet has them, but for a refused group.
+std::vector<Finding> judgeUndisturbed(const Packet& packet, const Baseline& baseline);
 
 /// One disturbance and all that follows: the host starts again and runs, the machine restarts
 /// where something waits for it, the host runs again.

@@ -40,6 +40,7 @@ void settle(Machine& machine, Trial& trial) {
     trial.sessions.push_back(machine.run());
     machine.restartIfAsked();
     trial.again = machine.look();
+    trial.notMoved = machine.notMoved();
 }
 
 /// A gate that the clock has shut: a session behind it touches nothing.
@@ -73,17 +74,30 @@ void disturb(Machine& machine, Trial& trial) {
     trial.broken = machine.look();
 }
 
+constexpr const char* notAsOffered = " is not as the packet has it";
+
+/// Whether filelist.xml and, for data, the version store tell of the new file.
+bool isRecorded(const Trial& alone, const Snapshot& end, const Target& target) {
+    const std::string entry = entryIn(end, target.path);
+    const bool isSized = entry.ends_with(" " + std::to_string(target.after.size()));
+    return entry != formerEntry(target) && isPossibleEntry(alone.packet, target, entry) &&
+           (isSized || hasWaited(alone, target)) &&
+           (target.isImage || versionIn(end.stored, target.path) == newVersion);
+}
+
 } // namespace
 
-std::vector<Finding> judgeUndisturbed(const Packet& packet, const Session& first,
-                                      const Snapshot& end) {
+std::vector<Finding> judgeUndisturbed(const Packet& packet, const Baseline& baseline) {
     std::vector<Finding> findings;
-    const auto tell = [&](const std::string& what) {
-        findings.push_back({"undisturbed, " + what, std::nullopt});
+    const Session& first = baseline.first;
+    const Snapshot& end = baseline.end;
+    const auto demand = [&](bool isGood, const std::string& what) {
+        if (!isGood) {
+            findings.push_back({"undisturbed, " + what, std::nullopt});
+        }
     };
-    if (first.end != End::itself || first.steps.empty()) {
-        tell("the first run does not come to its end");
-    }
+    demand(first.end == End::itself && !first.steps.empty(),
+           "the first run does not come to its end");
     const Trial alone{.packet = packet, .disturbance = Disturbance::none, .sessions = {first}};
     bool isWhole = true;
     for (const Target& target : packet.targets) {
@@ -92,13 +106,21 @@ std::vector<Finding> judgeUndisturbed(const Packet& packet, const Session& first
         // What a refused group has left to the restart is carried out all the same.
         const Bytes wanted =
             stays && !hasWaited(alone, target) ? bytesBefore(target) : Bytes(target.after);
-        if (bytesAt(end, target.path) != wanted) {
-            tell(target.path + " is not as the packet has it");
+        demand(bytesAt(end, target.path) == wanted, target.path + notAsOffered);
+        const auto& programs = baseline.programs;
+        const auto starts = std::count(programs.begin(), programs.end(), target.program);
+        demand(target.program.empty() || (starts > 0) != stays, target.program + notAsOffered);
+        if (!stays) {
+            demand(isRecorded(alone, end, target), "the record of " + target.path + notAsOffered);
         }
     }
-    if (versionIn(end.stored, versionKey) != (isWhole ? newVersion : oldVersion)) {
-        tell(std::string(versionKey) + " is not as the packet has it");
-    }
+    demand(versionIn(end.stored, versionKey) == (isWhole ? newVersion : oldVersion),
+           std::string(versionKey) + notAsOffered);
+    const auto& modules = packet.offer.modules;
+    demand(std::none_of(modules.begin(), modules.end(),
+                        [](const auto& module) { return module.id == virusLibModule; }) ||
+               versionIn(end.stored, virusLibKey) == newVirusLibVersion,
+           std::string(virusLibKey) + notAsOffered);
     return findings;
 }
 
@@ -110,8 +132,9 @@ Baseline undisturbed(Machine& machine) {
     machine.restartIfAsked();
     settle(machine, trial);
     trial.wanted = trial.end;
-    Baseline baseline{trial.sessions.front(), programsOf(trial.sessions), trial.end, {}};
-    baseline.findings = judgeUndisturbed(trial.packet, baseline.first, baseline.end);
+    trial.wantedPrograms = programsOf(trial.sessions);
+    Baseline baseline{trial.sessions.front(), trial.wantedPrograms, trial.end, {}};
+    baseline.findings = judgeUndisturbed(trial.packet, baseline);
     for (Finding& finding : judge(trial)) {
         if (!finding.loss) {
             baseline.findings.push_back(

@@ -1,5 +1,6 @@
 #include "crash/writtenfiles.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
 #include <sys/stat.h>
@@ -11,9 +12,6 @@
 namespace crash {
 
 namespace {
-
-/// What goes to the file at once.
-constexpr std::size_t blockSize = 4096;
 
 struct WrittenFile {
     std::string what;
@@ -33,7 +31,7 @@ ssize_t writeBlock(void* cookie, const char* bytes, std::size_t size) {
         errno = ENOSPC;
         return 0;
     }
-    return ::write(file->descriptor, bytes, size);
+    return std::max<ssize_t>(::write(file->descriptor, bytes, size), 0); // 0 is how a cookie fails
 }
 
 int closeFile(void* cookie) {
@@ -55,7 +53,6 @@ std::FILE* countWrites(std::FILE* opened, const std::string& what) {
     file->descriptor = ::dup(::fileno(opened));
     (void)std::fclose(opened);
     std::FILE* counted = ::fopencookie(file.get(), "wb", {nullptr, writeBlock, nullptr, closeFile});
-    (void)std::setvbuf(counted, nullptr, _IOFBF, blockSize);
     writtenFiles().push_back(std::move(file));
     return counted;
 }

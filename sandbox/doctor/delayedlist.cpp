@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "sandbox/common/clientpath.h"
 #include "sandbox/doctor/reading.h"
 #include "sandbox/doctor/registry.h"
@@ -11,25 +9,14 @@ namespace sandbox::doctor {
 
 namespace {
 
-/// The journal of a native client. Its reader passes over damaged lines, so they are counted. It
-/// would wait for a pipe, and takes what cannot be read as empty: both are found ahead of it.
+/// The journal of a native client; nothing when it cannot be read.
 std::optional<PendingList> readJournal(const Places& places) {
     const std::filesystem::path journal = places.client / journalFile;
-    const auto content = readFile(journal);
     std::error_code error;
-    if (!content) {
-        return std::filesystem::exists(journal, error) ? std::nullopt
-                                                       : std::optional<PendingList>(PendingList());
+    if (!readFile(journal) && std::filesystem::exists(journal, error)) {
+        return std::nullopt;
     }
-    const std::string& text = *content;
-    PendingList list = pendingList(places.client);
-    const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
-    const std::size_t cut = text.empty() || text.back() == '\n' ? 0 : 1;
-    if (lines + cut > list.moves.size()) {
-        list.faults.push_back(std::to_string(lines + cut - list.moves.size()) +
-                              " line(s) of the journal of delayed moves are no request");
-    }
-    return list;
+    return pendingList(places.client);
 }
 
 std::optional<PendingList> readSystem(Snapshot& snapshot, Report& report) {

@@ -15,12 +15,12 @@ struct PendingMove {
 
 struct PendingList {
     std::vector<PendingMove> moves;
-    std::vector<std::string> faults; ///< what in the list is no request, in words
+    std::vector<std::string> faults; ///< what in the list is no request, or why it is not read
 };
 
 /// The requests for files below the client's folder. On Windows they are in the system's
 /// registry among those of all programs; on posix in a journal of the folder, whose
-/// process must not run.
+/// process must not run. A list that is not there is empty.
 PendingList pendingList(const std::filesystem::path& clientFolder);
 
 inline std::vector<PendingMove> pendingMoves(const std::filesystem::path& clientFolder) {

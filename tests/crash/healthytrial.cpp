@@ -16,7 +16,7 @@ Packet packetOfAll() {
     Packet packet;
     packet.targets = {
         {.path = plain, .before = "p1", .after = "p2", .program = "plain.exe"},
-        {.path = "bin\\new.dll", .after = "n2"},
+        {.path = fresh, .after = "n2", .isImage = false},
         {.path = placed, .before = "g1", .after = "g2", .group = "group"},
         {.path = "group\\bad.dll", .before = "b1", .after = "b2", .group = "group"},
         {.path = "wait\\idle.dll", .before = "i1", .after = "i2", .group = "wait"},
@@ -29,7 +29,10 @@ Packet packetOfAll() {
         material.extends["file_path"] = target.path;
         packet.offer.materials.push_back(material);
     }
+    packet.offer.modules.push_back({virusLibModule, "", newVirusLibVersion});
     packet.stored.versions[versionKey] = oldVersion;
+    packet.files["update\\early"] = "p1.5";
+    packet.delayed.emplace_back("update\\early", plain);
     return packet;
 }
 
@@ -37,6 +40,8 @@ Trial healthyTrial(const Packet& packet) {
     Snapshot good;
     good.files["trayhost.exe"] = "the host";
     good.stored = packet.stored;
+    good.stored.versions[fresh] = newVersion;
+    good.stored.versions[virusLibKey] = newVirusLibVersion;
     good.fileList.emplace();
     for (const Target& target : packet.targets) {
         const bool stays = isToStay(packet, target);

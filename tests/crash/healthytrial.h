@@ -6,12 +6,14 @@
 namespace crash {
 
 inline constexpr const char* plain = "bin\\plain.dll";
+inline constexpr const char* fresh = "bin\\new.dll";       ///< data, not there before
 inline constexpr const char* placed = "group\\placed.dll"; ///< in a group that is refused
 inline constexpr const char* busy = "wait\\busy.dll";      ///< in a group that waits
 
 const Target& targetOf(const Packet& packet, const std::string& path);
 
-/// A plain file, a new one, a group that is refused and one that waits.
+/// A plain file of which an older form waits, a new one, a group that is refused and one that
+/// waits.
 Packet packetOfAll();
 
 Trial healthyTrial(const Packet& packet);

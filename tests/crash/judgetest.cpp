@@ -23,11 +23,17 @@ void breakBetweenMoves(Trial& trial, const char* path) {
     trial.broken.files.erase(path);
     trial.end.files.erase(path);
 }
-/// A run takes the file away that a second schedule named.
-void scheduleTwice(Trial& trial, const char* path) {
+/// A run takes a waiting file away, and the target stays as it was.
+void takeAway(Trial& trial, const char* path) {
     log(trial, "update padding, dupl padding, delete: " +
                    hashOf(trial.packet, targetOf(trial.packet, path)));
     trial.end.files[path] = targetOf(trial.packet, path).before;
+}
+void scheduleTwice(Trial& trial, const char* path) {
+    for (int i = 0; i < 2; ++i) {
+        log(trial, std::string("move task, set peeding :x\\") + path);
+    }
+    takeAway(trial, path);
 }
 void forget(Trial& trial) {
     (*trial.broken.fileList)[plain] = (*trial.end.fileList)[plain] = "1.0.0.1001 old 1";
@@ -35,6 +41,13 @@ void forget(Trial& trial) {
 }
 void tear(Trial& trial) {
     trial.broken.files[placed] = trial.end.files[placed] = "g2";
+    log(trial, "move task, rollback 1 error, code: 32"); // as each member says that was in use
+}
+void leaveAside(Trial& trial) {
+    trial.broken.files[aside] = trial.end.files[aside] = "p1";
+}
+void loseVersion(Trial& trial) {
+    trial.end.stored.versions.erase(fresh);
 }
 
 using Map = std::map<std::string, std::string>;
@@ -76,6 +89,7 @@ const struct {
     {"trayhost.exe is not as it was", &Trial::end, files, "trayhost.exe", gone},
     {"bin\\foreign.dll stays", &Trial::end, files, "bin\\foreign.dll", "x"},
     {"update\\temp\\aside stays", &Trial::end, files, aside, "p1"},
+    {"update\\evil.exe stays", &Trial::end, files, "update\\evil.exe", "x"},
     {"evil has got an entry in filelist.xml", &Trial::end, entries, "evil", "1"},
     {"filelist.xml changed with one more run", &Trial::again, entries, plain, gone},
     {"a stored list is no JSON", &Trial::broken, texts, waiting, "{"},
@@ -102,7 +116,21 @@ const struct {
     {"bin\\plain.dll holds neither the old nor the new bytes with run 2",
      [](Trial& trial) {
          trial.later = {{1, trial.end}, {2, trial.end}, {3, trial.end}};
+         trial.broken.files[plain] = trial.later[0].stands.files[plain] = "bad";
          trial.later[1].stands.files[plain] = "other";
+     }},
+    {"the targets took 2 runs",
+     [](Trial& trial) {
+         trial.later = {{1, trial.end}, {2, trial.end}};
+         trial.later[0].stands.files[plain] = "p1";
+     }},
+    {"the restart has not done a > b",
+     [](Trial& trial) {
+         trial.notMoved = {"a > b"};
+     }},
+    {"evil.exe was started, and must not be",
+     [](Trial& trial) {
+         trial.sessions.front().programs.emplace_back("evil.exe");
      }},
     {"bin\\plain.dll is missing in the end",
      [](Trial& trial) {
@@ -115,8 +143,22 @@ const struct {
      [](Trial& trial) {
          scheduleTwice(trial, busy);
      }},
-    {"update\\temp\\aside stays", [](Trial& trial) { trial.end.files[aside] = "p1"; },
-     Loss::keptAside},
+    {"update\\temp\\aside stays", leaveAside, Loss::keptAside},
+    {"update\\temp\\aside stays",
+     [](Trial& trial) {
+         trial.end.files[aside] = "p1"; // a later run has put it there
+     }},
+    {"bin\\plain.dll is the old one in the end",
+     [](Trial& trial) {
+         takeAway(trial, plain);
+     }},
+    {"bin\\new.dll has version \"\" in the store", loseVersion}, // it had one at the break
+    {"bin\\new.dll has version \"\" in the store",
+     [](Trial& trial) {
+         trial.broken.stored.versions.erase(fresh);
+         loseVersion(trial);
+     },
+     Loss::unrecorded},
     {"bin\\plain.dll has \"1.0.0.1001 old 1\" in filelist.xml", forget, Loss::unrecorded},
     {"plain.exe was never started", forget, Loss::unrecorded},
     {"wait\\busy.dll has \"9 lie 9\" in filelist.xml",
@@ -150,6 +192,80 @@ const struct {
      [](Trial& trial) {
          trial.at = 2;
      }},
+};
+
+void overtake(Trial& trial) {
+    trial.end.files[plain] = "p1.5";
+}
+void zero(Trial& trial) {
+    trial.broken.files[plain] = trial.end.files[plain] = std::string(2, '\0');
+}
+void cutSetting(Trial& trial) {
+    trial.broken.stored.texts[waiting] = "{";
+}
+void cutFileList(Trial& trial) {
+    trial.broken.fileList.reset();
+}
+/// The list was written ahead of the disturbance.
+void cutFileListLater(Trial& trial) {
+    trial.sessions.front().steps = {{Operation::write, fileListName}, trial.step};
+    trial.at = 2;
+    cutFileList(trial);
+}
+void undo(Trial& trial) {
+    breakBetweenMoves(trial, plain);
+    trial.broken.files[aside] = "p2";
+}
+
+constexpr const char* tornPlaced = "group\\placed.dll is the new one in the end";
+constexpr const char* otherPlain = "bin\\plain.dll holds other bytes in the end";
+constexpr const char* noFileList = "filelist.xml cannot be read";
+
+/// What else than a death excuses, beside what comes near it and does not.
+const struct {
+    const char* told;
+    void (*plant)(Trial&);
+    Disturbance disturbance;
+    Step step;
+    std::optional<Loss> loss = {};
+} excuses[] = {
+    {tornPlaced,
+     tear,
+     Disturbance::fails,
+     {Operation::move, "\\group\\placed.dll > \\update\\a"},
+     Loss::groupTorn},
+    {tornPlaced,
+     tear,
+     Disturbance::fails,
+     {Operation::move, "\\group\\placed.dll > \\update\\temp\\a"}},
+    {tornPlaced, tear, Disturbance::fails, {Operation::move, "\\group\\bad.dll > \\update\\a"}},
+    {otherPlain,
+     overtake,
+     Disturbance::fails,
+     {Operation::remove, "\\update\\early"},
+     Loss::overtaken},
+    {otherPlain, overtake, Disturbance::fails, {Operation::remove, "\\update\\other"}},
+    {otherPlain, overtake, Disturbance::storeIsGone, {}, Loss::overtaken},
+    {otherPlain, overtake, Disturbance::otherHost, {}},
+    {otherPlain, zero, Disturbance::losesAll, {}, Loss::notForced},
+    {otherPlain, zero, Disturbance::losesOpen, {}},
+    {"a stored list is no JSON",
+     cutSetting,
+     Disturbance::losesOpen,
+     {Operation::storeSetting, waiting},
+     Loss::settingCut},
+    {"a stored list is no JSON", cutSetting, Disturbance::losesOpen, {}},
+    {noFileList,
+     cutFileList,
+     Disturbance::fullDisk,
+     {Operation::write, fileListName},
+     Loss::fileListCut},
+    {noFileList, cutFileListLater, Disturbance::fullDisk, {}},
+    {noFileList, cutFileListLater, Disturbance::losesAll, {}, Loss::fileListCut},
+    {"update\\temp\\aside stays", leaveAside, Disturbance::fullDisk, {}, Loss::keptAside},
+    {"update\\temp\\aside stays", leaveAside, Disturbance::storeIsGone, {}},
+    {"bin\\plain.dll is missing in the end", undo, Disturbance::otherHost, {}, Loss::twoHosts},
+    {"bin\\plain.dll is missing in the end", undo, Disturbance::fullDisk, {}},
 };
 
 void expectTold(Trial trial, const std::string& told, std::optional<Loss> loss) {
@@ -191,6 +307,22 @@ TEST(CrashJudge, ExcusesADeathAndNothingElse) {
             row.plant(trial);
             expectTold(trial, row.told, dies ? row.ofDeath : std::nullopt);
         }
+    }
+}
+
+TEST(CrashJudge, ExcusesWhatHasItsEvidence) {
+    const Packet packet = packetOfAll();
+    for (const auto& row : excuses) {
+        SCOPED_TRACE(disturbanceNames[static_cast<std::size_t>(row.disturbance)]);
+        Trial trial = healthyTrial(packet);
+        trial.disturbance = row.disturbance;
+        trial.step = row.step;
+        Session& first = trial.sessions.front();
+        first.end = isDeath(row.disturbance) ? End::asPlanned : End::itself;
+        first.steps = {row.step};
+        first.storeLookups = 1;
+        row.plant(trial);
+        expectTold(trial, row.told, row.loss);
     }
 }
 

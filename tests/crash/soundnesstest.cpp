@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "crash/cancelsweep.h"
+#include "crash/evidence.h"
 #include "crash/healthytrial.h"
 #include "crash/sweep.h"
 #include "host/settings.h"
@@ -17,16 +18,21 @@ using namespace crash;
 TEST(CrashSoundness, ComparesWithNoMachineThatIsNotSound) {
     const Packet packet = packetOfAll();
     const Trial good = healthyTrial(packet);
-    const Session& first = good.sessions.front();
-    EXPECT_TRUE(judgeUndisturbed(packet, first, good.end).empty());
-    EXPECT_FALSE(
-        judgeUndisturbed(packet, {.end = End::exception, .steps = first.steps}, good.end).empty());
-    Snapshot end = good.end;
-    end.files[plain] = "p1";
-    EXPECT_FALSE(judgeUndisturbed(packet, first, end).empty());
-    end = good.end;
-    end.stored.versions[versionKey] = newVersion;
-    EXPECT_FALSE(judgeUndisturbed(packet, first, end).empty());
+    const Baseline sound{good.sessions.front(), good.wantedPrograms, good.end, {}};
+    EXPECT_TRUE(judgeUndisturbed(packet, sound).empty());
+    std::vector<Baseline> spoilt(8, sound);
+    spoilt[0].first.end = End::exception;
+    spoilt[1].end.files[plain] = "p1";
+    spoilt[2].end.stored.versions[versionKey] = newVersion;
+    spoilt[3].end.stored.versions.erase(virusLibKey);
+    spoilt[4].end.stored.versions.erase(fresh);
+    spoilt[5].end.fileList->at(fresh).back() = '0'; // its size
+    spoilt[6].end.fileList->at(busy) = formerEntry(targetOf(packet, busy));
+    spoilt[6].first.log = {std::string("set peeding :x\\") + busy}; // which excuses its size
+    spoilt[7].programs.clear();
+    for (const Baseline& baseline : spoilt) {
+        EXPECT_EQ(judgeUndisturbed(packet, baseline).size(), 1U) << &baseline - spoilt.data();
+    }
 }
 
 TEST(CrashSoundness, CountsTheRunsUntilATargetIsRight) {

@@ -12,6 +12,7 @@
 #include "platform/text.h"
 #include "sandbox/materials/cabwriter.h"
 #include "sandbox/materials/pefile.h"
+#include "sandbox/platform/delayed.h"
 #include "sandbox/platform/heldfile.h"
 #include "temporaryfolder.h"
 
@@ -226,7 +227,12 @@ TEST_F(DelayedMoves, ARequestThatDoesNotFitOnTheDiskLeavesNothing) {
     EXPECT_EQ(folder.read(posix::delayedMovesJournal), journal);
 }
 
-TEST_F(DelayedMoves, ALineThatIsNoRequestIsPassedOver) {
+TEST_F(DelayedMoves, ALineThatIsNoRequestIsPassedOverAndTold) {
+    const auto faults = [&] {
+        return sandbox::pendingList(folder.onDisk("")).faults.size();
+    };
+    EXPECT_EQ(faults(), 0U);
+
     delayed("a", "b");
     const std::string good = *folder.read(posix::delayedMovesJournal);
     for (const char* line :
@@ -234,7 +240,11 @@ TEST_F(DelayedMoves, ALineThatIsNoRequestIsPassedOver) {
           "replace\ta\tb\tc", "delete\t%", "delete\t%4", "delete\t%4z", "delete\t%zz"}) {
         folder.write(posix::delayedMovesJournal, std::string(line) + "\n" + good);
         EXPECT_EQ(noted(), requests) << line;
+        EXPECT_EQ(faults(), 1U) << line;
     }
+    std::filesystem::remove(folder.onDisk(posix::delayedMovesJournal));
+    std::filesystem::create_directory(folder.onDisk(posix::delayedMovesJournal));
+    EXPECT_EQ(faults(), 1U) << "a journal that cannot be read";
 }
 
 TEST_F(DelayedMoves, OfAFileInUseAreNotedBesideTheHost) {

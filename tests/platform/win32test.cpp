@@ -75,6 +75,23 @@ TEST_F(Win32, DelayedMovesAreInTheRegistry) {
     EXPECT_EQ(folder.entryCount(), 2U);
 }
 
+/// The registry as this process sees it gets a list of another type, and nobody else does.
+TEST_F(Win32, AListThatIsNoneIsAFault) {
+    const std::wstring place = L"Software\\delayed-" + std::to_wstring(::GetCurrentProcessId());
+    const std::wstring key = place + L"\\SYSTEM\\CurrentControlSet\\Control\\Session Manager";
+    HKEY machine = nullptr;
+    ASSERT_EQ(::RegCreateKeyW(HKEY_CURRENT_USER, place.c_str(), &machine), ERROR_SUCCESS);
+    EXPECT_EQ(::RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine), ERROR_SUCCESS);
+    EXPECT_TRUE(sandbox::pendingList(folder.path()).faults.empty());
+    ::RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), L"PendingFileRenameOperations", REG_SZ, L"",
+                      sizeof(wchar_t));
+    EXPECT_EQ(sandbox::pendingList(folder.path()).faults,
+              std::vector<std::string>{"the list cannot be read, error 1630"});
+    ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+    ::RegCloseKey(machine);
+    ::RegDeleteTreeW(HKEY_CURRENT_USER, place.c_str());
+}
+
 std::wstring fromCodePage(const std::string& text) {
     std::wstring wide(text.size(), L'\0');
     const int size = static_cast<int>(text.size());
