@@ -91,8 +91,8 @@ private:
 
 struct Case {
     const char* name;
-    const char* expected;
     void (*change)(Offer& offer);
+    const char* expected;
 };
 
 void PrintTo(const Case& tested, std::ostream* out) {
@@ -102,86 +102,57 @@ void PrintTo(const Case& tested, std::ostream* out) {
 const std::string otherMd5(32, 'a');
 
 const Case cases[] = {
-    {"MetasKind", "member-kind at metas",
+    {"MetasKind",
      [](Offer& o) {
          o.answer = Json::object();
          o.answer["metas"] = 3;
-     }},
-    {"MetaKind", "member-kind at meta",
-     [](Offer& o) {
-         o.answer["metas"][1]["meta"] = "packed";
-     }},
-    {"PacketKind", "member-kind at full_packet_diff",
-     [](Offer& o) {
-         o.packet() = Json::array();
-     }},
-    {"PacketVersionKind", "member-kind at target_version",
-     [](Offer& o) {
-         o.packet()["materials"][1]["target_version"] = 1.3;
-     }},
-    {"LongName", "file-missing at file_id",
-     [](Offer& o) {
-         o.meta(0)["file_id"] = std::string(300, 'a');
-     }},
-    {"EmptyNonCab", "non-cab-wrong at non_cab",
-     [](Offer& o) {
-         o.parameters(0)["non_cab"] = "";
-     }},
-    {"NoFile", "file-missing at file_id",
-     [](Offer& o) {
-         o.meta(0)["file_id"] = "../plain";
-     }},
-    {"StoredHash", "hash-wrong at md5",
-     [](Offer& o) {
-         o.meta(0)["md5"] = otherMd5;
-     }},
-    {"FileHash", "hash-wrong at file_md5",
-     [](Offer& o) {
-         o.parameters(1)["file_md5"] = otherMd5;
-     }},
-    {"NoFileHash", "parameter-missing at extends",
-     [](Offer& o) {
-         o.parameters(1).erase("file_md5");
-     }},
-    {"Number", "parameter-kind at osver",
-     [](Offer& o) {
-         o.parameters(0)["osver"] = 10;
-     }},
-    {"NoCabinet", "non-cab-wrong at extends",
-     [](Offer& o) {
-         o.parameters(0).erase("non_cab");
-     }},
-    {"OtherMember", "cabinet-member-missing at file_id",
+     },
+     "member-kind at metas"},
+    {"MetaKind", [](Offer& o) { o.answer["metas"][1]["meta"] = "packed"; }, "member-kind at meta"},
+    {"PacketKind", [](Offer& o) { o.packet() = Json::array(); }, "member-kind at full_packet_diff"},
+    {"PacketVersionKind", [](Offer& o) { o.packet()["materials"][1]["target_version"] = 1.3; },
+     "member-kind at target_version"},
+    {"LongName", [](Offer& o) { o.meta(0)["file_id"] = std::string(300, 'a'); },
+     "file-missing at file_id"},
+    {"EmptyNonCab", [](Offer& o) { o.parameters(0)["non_cab"] = ""; }, "non-cab-wrong at non_cab"},
+    {"NoFile", [](Offer& o) { o.meta(0)["file_id"] = "../plain"; }, "file-missing at file_id"},
+    {"StoredHash", [](Offer& o) { o.meta(0)["md5"] = otherMd5; }, "hash-wrong at md5"},
+    {"FileHash", [](Offer& o) { o.parameters(1)["file_md5"] = otherMd5; },
+     "hash-wrong at file_md5"},
+    {"NoFileHash", [](Offer& o) { o.parameters(1).erase("file_md5"); },
+     "parameter-missing at extends"},
+    {"Number", [](Offer& o) { o.parameters(0)["osver"] = 10; }, "parameter-kind at osver"},
+    {"NoCabinet", [](Offer& o) { o.parameters(0).erase("non_cab"); }, "non-cab-wrong at extends"},
+    {"OtherMember",
      [](Offer& o) {
          o.parameters(1)["file_path"] = "bin/b.dll";
          o.parameters(1)["file_md5"] = otherMd5; // of what, is not known
-     }},
-    {"CutCabinet", "cabinet-damaged at file_id",
+     },
+     "cabinet-member-missing at file_id"},
+    {"CutCabinet",
      [](Offer& o) {
          Bytes whole = materials::buildCabinet(materials::CabMethod::stored, {{"a.dll", o.image}});
          whole.resize(whole.size() - 40);
          o.put("packed", whole);
          o.meta(1)["md5"] = o.hashes.at("packed");
-     }},
-    {"OlderImage", "version-not-the-files at target_version",
-     [](Offer& o) {
-         o.packet()["materials"][1]["target_version"] = "1.3.0.1601";
-     }},
-    {"OneFileForTwo", "file-shared at md5",
+     },
+     "cabinet-damaged at file_id"},
+    {"OlderImage", [](Offer& o) { o.packet()["materials"][1]["target_version"] = "1.3.0.1601"; },
+     "version-not-the-files at target_version"},
+    {"OneFileForTwo",
      [](Offer& o) {
          o.meta(1) = o.meta(0);
          o.parameters(1)["file_path"] = "data/other.dat";
-     }},
-    {"Count", "count-differs at materials",
-     [](Offer& o) {
-         o.packet()["materials"].erase(1);
-     }},
-    {"GroupOfModule", "dependent-unknown-module at dependent",
+     },
+     "file-shared at md5"},
+    {"Count", [](Offer& o) { o.packet()["materials"].erase(1); }, "count-differs at materials"},
+    {"GroupOfModule",
      [](Offer& o) {
          o.parameters(0)["dependent"] = "/ui";
          o.parameters(1)["dependent"] = "/ui";
-     }},
-    {"NearGroups", "group-name-near at dependent",
+     },
+     "dependent-unknown-module at dependent"},
+    {"NearGroups",
      [](Offer& o) {
          for (const char* group : {"Net", "net"}) {
              for (std::size_t i : {0U, 1U}) {
@@ -200,7 +171,8 @@ const Case cases[] = {
                  o.packet()["materials"].push_back(o.packet()["materials"][0]);
              }
          }
-     }},
+     },
+     "group-name-near at dependent"},
 };
 
 class PlantedInOffer : public testing::TestWithParam<Case> {};

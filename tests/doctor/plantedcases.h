@@ -9,9 +9,9 @@
 /// One defect that is planted in a healthy client; exactly that one is to be found.
 struct Case {
     const char* name;
+    void (*plant)(HealthyClient& client);
     sandbox::doctor::Code code;
     const char* file; ///< part of what the finding is about
-    void (*plant)(HealthyClient& client);
 };
 
 inline void PrintTo(const Case& tested, std::ostream* out) {

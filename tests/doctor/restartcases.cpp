@@ -19,86 +19,60 @@ std::string addWaiting(Client& client, const std::string& target) {
 }
 
 const Case restartRows[] = {
-    {"PaddingClimbs", Code::paddingOutside, "..\\a.dll",
+    {"PaddingClimbs",
      [](Client& c) {
          c.setJson(paddingSetting,
                    {{"guard\\guard.dll", c.waiting}, {"..\\a.dll", c.waiting + "x"}});
-     }},
-    {"PaddingTwice", Code::paddingDouble, "other.dll",
+     },
+     Code::paddingOutside, "..\\a.dll"},
+    {"PaddingTwice",
      [](Client& c) {
          c.setJson(paddingSetting,
                    {{"guard\\guard.dll", c.waiting}, {"other.dll", "\\" + c.waiting}});
-     }},
-    {"WaitingGone", Code::waitingGone, "guard.dll",
-     [](Client& c) {
-         c.remove("update\\" + c.waiting);
-     }},
-    {"WaitingChanged", Code::waitingChanged, "update\\",
+     },
+     Code::paddingDouble, "other.dll"},
+    {"WaitingGone", [](Client& c) { c.remove("update\\" + c.waiting); }, Code::waitingGone,
+     "guard.dll"},
+    {"WaitingChanged",
      [](Client& c) {
          const std::string name = addWaiting(c, "new.dat");
          c.put("update\\" + name, "something else");
-     }},
-    {"WaitingForNothing", Code::waitingNotScheduled, "update\\",
+     },
+     Code::waitingChanged, "update\\"},
+    {"WaitingForNothing",
      [](Client& c) {
          addWaiting(c, "new.dat");
          c.delayed.pop_back();
-     }},
-    {"JournalDamaged", Code::delayedDamaged, "delayed moves",
-     [](Client& c) {
-         c.delayed.emplace_back("rename\ta\tb");
-     }},
-    {"JournalIsPipe", Code::delayedUnreadable, "delayed-moves.journal",
-     [](Client& c) {
-         c.putPipe("client/delayed-moves.journal");
-     }},
-    {"JournalIsFolder", Code::delayedUnreadable, "delayed-moves.journal",
-     [](Client& c) {
-         c.putFolder("client/delayed-moves.journal");
-     }},
-    {"MovesOut", Code::delayedOutside, "notes.txt",
-     [](Client& c) {
-         c.replace("update\\notes.txt", "..\\outside.txt");
-     }},
-    {"MovesIn", Code::delayedOutside, "strange",
-     [](Client& c) {
-         c.replace("..\\strange.dll", "engine\\core.dll");
-     }},
-    {"MovesAnother", Code::delayedForeign, "rules.dat",
-     [](Client& c) {
-         c.replace("data\\rules.dat", "data\\rules.old");
-     }},
-    {"DeletesClientFile", Code::delayedDelete, "core.dll",
-     [](Client& c) {
-         c.removeAtRestart("engine\\core.dll");
-     }},
-    {"MovedTwice", Code::delayedDouble, "notes.txt",
-     [](Client& c) {
-         c.replace("update\\notes.txt", "GUARD\\guard.dll");
-     }},
-    {"SourceGone", Code::delayedSourceGone, "update\\gone",
-     [](Client& c) {
-         c.replace("update\\gone", "new.dat");
-     }},
-    {"MovedUnlisted", Code::delayedUnlisted, "notes.txt",
-     [](Client& c) {
-         c.replace("update\\notes.txt", "notes.txt");
-     }},
-    {"Orphan", Code::updateLeftover, "update\\",
-     [](Client& c) {
-         c.put("update\\" + md5Hex({'o'}), "o");
-     }},
-    {"Stray", Code::updateForeign, "stray.txt",
-     [](Client& c) {
-         c.put("update\\stray.txt", "by hand");
-     }},
-    {"Transfer", Code::transferLeftover, "_1001",
-     [](Client& c) {
-         c.put("update\\_1001", "half");
-     }},
-    {"OldFile", Code::tempLeftover, "_0",
-     [](Client& c) {
-         c.put("update\\temp\\" + c.old + "_0", "older");
-     }},
+     },
+     Code::waitingNotScheduled, "update\\"},
+    {"JournalDamaged", [](Client& c) { c.delayed.emplace_back("rename\ta\tb"); },
+     Code::delayedDamaged, "delayed moves"},
+    {"JournalIsPipe", [](Client& c) { c.putPipe("client/delayed-moves.journal"); },
+     Code::delayedUnreadable, "delayed-moves.journal"},
+    {"JournalIsFolder", [](Client& c) { c.putFolder("client/delayed-moves.journal"); },
+     Code::delayedUnreadable, "delayed-moves.journal"},
+    {"MovesOut", [](Client& c) { c.replace("update\\notes.txt", "..\\outside.txt"); },
+     Code::delayedOutside, "notes.txt"},
+    {"MovesIn", [](Client& c) { c.replace("..\\strange.dll", "engine\\core.dll"); },
+     Code::delayedOutside, "strange"},
+    {"MovesAnother", [](Client& c) { c.replace("data\\rules.dat", "data\\rules.old"); },
+     Code::delayedForeign, "rules.dat"},
+    {"DeletesClientFile", [](Client& c) { c.removeAtRestart("engine\\core.dll"); },
+     Code::delayedDelete, "core.dll"},
+    {"MovedTwice", [](Client& c) { c.replace("update\\notes.txt", "GUARD\\guard.dll"); },
+     Code::delayedDouble, "notes.txt"},
+    {"SourceGone", [](Client& c) { c.replace("update\\gone", "new.dat"); }, Code::delayedSourceGone,
+     "update\\gone"},
+    {"MovedUnlisted", [](Client& c) { c.replace("update\\notes.txt", "notes.txt"); },
+     Code::delayedUnlisted, "notes.txt"},
+    {"Orphan", [](Client& c) { c.put("update\\" + md5Hex({'o'}), "o"); }, Code::updateLeftover,
+     "update\\"},
+    {"Stray", [](Client& c) { c.put("update\\stray.txt", "by hand"); }, Code::updateForeign,
+     "stray.txt"},
+    {"Transfer", [](Client& c) { c.put("update\\_1001", "half"); }, Code::transferLeftover,
+     "_1001"},
+    {"OldFile", [](Client& c) { c.put("update\\temp\\" + c.old + "_0", "older"); },
+     Code::tempLeftover, "_0"},
 };
 
 } // namespace
