@@ -191,7 +191,7 @@ void Machine::answerFor(const Stored& stored) {
 
 void Machine::report(std::size_t number) const {
     Json all;
-    for (const Step& step : steps()) {
+    for (const Step& step : countedSteps()) {
         all["steps"].push_back(Json::array({static_cast<int>(step.operation), step.what}));
     }
     for (const auto& [program, parameters] : host.startedPrograms) {

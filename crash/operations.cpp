@@ -53,7 +53,7 @@ void begin(Plan plan) {
     counting().plan = std::move(plan);
 }
 
-const std::vector<Step>& steps() {
+const std::vector<Step>& countedSteps() {
     return counting().steps;
 }
 

@@ -66,7 +66,7 @@ inline constexpr int diedAsPlanned = 77;
 void begin(Plan plan);
 
 /// The operations so far, and how often the settings store was looked up.
-const std::vector<Step>& steps();
+const std::vector<Step>& countedSteps();
 std::size_t storeLookups();
 
 /// Counts a look-up; false when there is no store any more.
